@@ -1,0 +1,59 @@
+#!/usr/bin/env bash
+# Sets up a Debian machine for this project, builds it, and runs what is asked.
+#   ./dev.sh run     build everything and run the main job (see README.md)
+#   ./dev.sh test    build everything and run all tests through ctest
+#   ./dev.sh bench   build everything and run the benchmarks
+#   ./dev.sh build   only build
+# Idempotent: packages are installed only when missing, the build is incremental.
+set -euo pipefail
+
+here="$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)"
+cd "$here"
+build_dir="${BUILD_DIR:-$here/build}"
+
+packages=(g++ cmake ninja-build ccache qt6-base-dev qt6-5compat-dev libspdlog-dev)
+
+ensure_packages() {
+    local missing=() p
+    for p in "${packages[@]}"; do
+        dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")
+    done
+    [ ${#missing[@]} -eq 0 ] && return 0
+    local sudo=""
+    [ "$(id -u)" -ne 0 ] && sudo="sudo"
+    echo "dev.sh: installing ${missing[*]}" >&2
+    $sudo apt-get update -q
+    DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -q --no-install-recommends "${missing[@]}"
+}
+
+configure() {
+    if [ ! -f "$build_dir/build.ninja" ]; then
+        cmake -S "$here" -B "$build_dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo
+    fi
+}
+
+build() {
+    ensure_packages
+    configure
+    cmake --build "$build_dir"
+}
+
+case "${1:-help}" in
+    build)
+        build ;;
+    run)
+        build
+        echo "== Routing the packets of examples/topics.jsonl" >&2
+        "$build_dir/host/topicroute/topicroute" < "$here/examples/topics.jsonl" ;;
+    test)
+        build
+        ctest --test-dir "$build_dir" --output-on-failure -j "$(nproc)" ;;
+    bench)
+        build
+        for b in "$build_dir"/bench/bench_*; do
+            [ -x "$b" ] && "$b"
+        done ;;
+    *)
+        sed -n '2,8p' "$0" | sed 's/^# \{0,1\}//'
+        exit 2 ;;
+esac
