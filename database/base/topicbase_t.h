@@ -1,0 +1,51 @@
+#ifndef DATABASE_BASE_TOPICBASE_T_H
+#define DATABASE_BASE_TOPICBASE_T_H
+
+#include <QJsonObject>
+#include <QJsonValue>
+#include <QObject>
+#include <QString>
+
+#include "database/database_export.h"
+
+namespace database {
+namespace base {
+
+/**
+ * Base of every data root, section and model object of the databases.
+ *
+ * It holds the object's own relative topic and the four signals through which
+ * a model talks to its engine: requests leave by onRequest, changes by
+ * onUpdated, refusals by onObjectNotExist and onObjectError.
+ */
+class DATABASE_EXPORT topicbase_t : public QObject
+{
+    Q_OBJECT
+public:
+    explicit topicbase_t(QObject* parent = nullptr);
+    topicbase_t(QString const& topic, QObject* parent);
+    /// A copy has no parent: the copy's owner adopts it.
+    topicbase_t(topicbase_t const& other);
+
+    QString getTopic() const;
+    void setTopic(QString const& topic);
+
+    /// {"topic": topic, "payload": payload}; the caller composes the whole topic.
+    static QJsonObject getPacketUpdated(QString const& topic, QJsonValue const& payload);
+    static QJsonObject getPacketRequest(QString const& topic, QJsonValue const& payload);
+
+Q_SIGNALS:
+    void onRequest(QString _topic, QJsonObject _obj);
+    void onRequest(QJsonObject _packet);
+    void onUpdated(QJsonObject _packet);
+    void onObjectNotExist(QJsonObject _packet);
+    void onObjectError(QJsonObject _packet, QString message);
+
+protected:
+    QString topic;
+};
+
+} // namespace base
+} // namespace database
+
+#endif // DATABASE_BASE_TOPICBASE_T_H

@@ -1,0 +1,1 @@
+#include "platform/qjsonserializer/qjsonserializer.h"
