@@ -10,7 +10,7 @@
 #include "platform/logs/classlogs.h"
 #include "platform/qjsonserializer/qjsonserializer.h"
 
-using database::utility;
+
 
 namespace {
 
@@ -37,7 +37,7 @@ private:
 private Q_SLOTS:
     void initTestCase()
     {
-        QVERIFY(utility::getInstance());
+        QVERIFY(database::utility::getInstance());
         ::utility::logs::classlogs::getInstance()->setCapture(
             [this](::utility::logs::logrecord const& r) { records.append(r); });
     }
@@ -49,8 +49,8 @@ private Q_SLOTS:
 
     void singletonOwnsConfiguredSerializer()
     {
-        QCOMPARE(utility::getInstance(), utility::getInstance());
-        QJsonSerializer* serializer = utility::getInstance()->serializer();
+        QCOMPARE(database::utility::getInstance(), database::utility::getInstance());
+        QJsonSerializer* serializer = database::utility::getInstance()->serializer();
         QVERIFY(serializer);
         QCOMPARE(int(serializer->polymorphing()), 1);
         QCOMPARE(int(serializer->polymorphingMode()), 1);
@@ -116,7 +116,7 @@ private Q_SLOTS:
         QFETCH(QJsonObject, packet);
         QFETCH(bool, toStatus);
         QFETCH(QJsonObject, expected);
-        QCOMPARE(toStatus ? utility::request2status(packet) : utility::status2request(packet), expected);
+        QCOMPARE(toStatus ? database::utility::request2status(packet) : database::utility::status2request(packet), expected);
     }
 
     void readByPath_data()
@@ -145,7 +145,7 @@ private Q_SLOTS:
         QFETCH(QJsonObject, document);
         QFETCH(QString, path);
         QFETCH(QJsonValue, expected);
-        QCOMPARE(utility::getJsonValue(QJsonDocument(document), path), expected);
+        QCOMPARE(database::utility::getJsonValue(QJsonDocument(document), path), expected);
     }
 
     void writeByPath_data()
@@ -196,7 +196,7 @@ private Q_SLOTS:
         QString op;
         if (!changed && newValue.isNull() && path == QLatin1String("a/c"))
             QTest::ignoreMessage(QtInfoMsg, "No updatable because: c not exist");
-        QCOMPARE(utility::updateJsonValue(doc, path, newValue, op), changed);
+        QCOMPARE(database::utility::updateJsonValue(doc, path, newValue, op), changed);
         QCOMPARE(doc.object(), expected);
         QCOMPARE(op, operation);
     }
@@ -205,7 +205,7 @@ private Q_SLOTS:
     {
         QJsonDocument doc(object(R"({"a":{"b":1}})"));
         QString op = QStringLiteral("preset");
-        QVERIFY(utility::updateJsonValue(doc, QStringLiteral("a/b"), 2, op));
+        QVERIFY(database::utility::updateJsonValue(doc, QStringLiteral("a/b"), 2, op));
         QCOMPARE(op, QStringLiteral("preset"));
     }
 
@@ -213,7 +213,7 @@ private Q_SLOTS:
     {
         QJsonDocument doc(QJsonArray{1, 2});
         QString op;
-        QVERIFY(utility::updateJsonValue(doc, QStringLiteral("1"), 5, op));
+        QVERIFY(database::utility::updateJsonValue(doc, QStringLiteral("1"), 5, op));
         QCOMPARE(doc.array(), (QJsonArray{1, 5}));
         QCOMPARE(op, QStringLiteral("update"));
     }
@@ -246,7 +246,7 @@ private Q_SLOTS:
         QFETCH(QString, path);
         QFETCH(QJsonValue, newValue);
         QFETCH(QJsonObject, expected);
-        utility::modifyJsonValue(document, path, newValue);
+        database::utility::modifyJsonValue(document, path, newValue);
         QCOMPARE(document, expected);
     }
 
@@ -271,13 +271,13 @@ private Q_SLOTS:
         QFETCH(QJsonObject, first);
         QFETCH(QJsonObject, second);
         QFETCH(QStringList, expected);
-        QCOMPARE(utility::compareJdata(first, second), expected);
+        QCOMPARE(database::utility::compareJdata(first, second), expected);
     }
 
     void hashIsSha1OfCompactSection()
     {
         QJsonObject const root = object(R"({"general":{"b":[1,2],"a":"x"},"flag":true})");
-        QMap<QString, QString> const hashes = utility::calcolateHash(root);
+        QMap<QString, QString> const hashes = database::utility::calcolateHash(root);
         QCOMPARE(hashes.keys(), (QStringList{"flag", "general"}));
         auto sha1 = [](QByteArray const& text) {
             return QString::fromLatin1(QCryptographicHash::hash(text, QCryptographicHash::Sha1).toHex());
@@ -303,15 +303,15 @@ private Q_SLOTS:
         QFETCH(QVariantMap, first);
         QFETCH(QVariantMap, second);
         QFETCH(bool, equal);
-        QCOMPARE(utility::compareVariantMap(first, second), equal);
+        QCOMPARE(database::utility::compareVariantMap(first, second), equal);
     }
 
     void stringHashKeepsLossyDecoding()
     {
         // Stored PIN hashes have this form; a clean Base64 of the digest differs.
-        QString const hash = utility::createStringHash(QStringLiteral("58316"));
+        QString const hash = database::utility::createStringHash(QStringLiteral("58316"));
         QCOMPARE(hash, QStringLiteral("ZO+/vcmg77+977+9VzsGdFdX77+977+9ZzvWg1Xvv70="));
-        QCOMPARE(utility::createStringHash(QStringLiteral("58316")), hash);
+        QCOMPARE(database::utility::createStringHash(QStringLiteral("58316")), hash);
         QVERIFY(hash != QString::fromLatin1(
                     QCryptographicHash::hash("58316", QCryptographicHash::Sha1).toBase64()));
     }
@@ -319,8 +319,8 @@ private Q_SLOTS:
     void jsonTextIsSortedAndFormatted()
     {
         QJsonObject const o{{"b", 1}, {"a", 2}};
-        QCOMPARE(utility::JsonToString(o, QJsonDocument::Compact), QStringLiteral(R"({"a":2,"b":1})"));
-        QVERIFY(utility::JsonToString(o, QJsonDocument::Indented).contains(QLatin1Char('\n')));
+        QCOMPARE(database::utility::JsonToString(o, QJsonDocument::Compact), QStringLiteral(R"({"a":2,"b":1})"));
+        QVERIFY(database::utility::JsonToString(o, QJsonDocument::Indented).contains(QLatin1Char('\n')));
     }
 
     void validAddresses_data()
@@ -337,19 +337,19 @@ private Q_SLOTS:
     {
         QFETCH(QString, address);
         QFETCH(bool, valid);
-        QCOMPARE(utility::isValidIP(address), valid);
+        QCOMPARE(database::utility::isValidIP(address), valid);
     }
 
     void degreesToDecimal()
     {
-        QCOMPARE(utility::ConvertDegreeAngleToDouble(46, 30, 0), 46.5);
-        QCOMPARE(utility::ConvertDegreeAngleToDouble(-10, 30, 0), -9.5); // signs are not treated apart
+        QCOMPARE(database::utility::ConvertDegreeAngleToDouble(46, 30, 0), 46.5);
+        QCOMPARE(database::utility::ConvertDegreeAngleToDouble(-10, 30, 0), -9.5); // signs are not treated apart
     }
 
     void uuidKeysAreBase64OfHexText()
     {
-        QString const a = utility::generateUUId();
-        QString const b = utility::generateUUId();
+        QString const a = database::utility::generateUUId();
+        QString const b = database::utility::generateUUId();
         QVERIFY(a != b);
         QCOMPARE(a.size(), 44);
         QByteArray const hex = QByteArray::fromBase64(a.toLatin1());
@@ -373,12 +373,12 @@ private Q_SLOTS:
         QFETCH(QString, text);
         QFETCH(QString, pattern);
         QFETCH(QStringList, expected);
-        QCOMPARE(utility::getMatchRegex(text, pattern), expected);
+        QCOMPARE(database::utility::getMatchRegex(text, pattern), expected);
     }
 
     void invalidRegexLogsAndGivesNothing()
     {
-        QVERIFY(utility::getMatchRegex(QStringLiteral("abc"), QStringLiteral("(")).isEmpty());
+        QVERIFY(database::utility::getMatchRegex(QStringLiteral("abc"), QStringLiteral("(")).isEmpty());
         QCOMPARE(records.size(), 1);
         QCOMPARE(records.first().level, ::utility::logs::error);
         QCOMPARE(records.first().source, QStringLiteral("getMatchRegex"));
@@ -389,7 +389,7 @@ private Q_SLOTS:
     {
         bool fired = false;
         QTimer::singleShot(10, this, [&fired] { fired = true; });
-        utility::amSleep(200);
+        database::utility::amSleep(200);
         QVERIFY(fired);
         QVERIFY(!records.isEmpty());
         QCOMPARE(records.first().message, QStringLiteral("Wait 200 millisec...."));
