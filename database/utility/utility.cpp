@@ -404,10 +404,15 @@ QList<QString> utility::compareJdata(QJsonObject first, QJsonObject second)
     QSet<QString> const firstKeys(firstHash.keyBegin(), firstHash.keyEnd());
     QSet<QString> const secondKeys(secondHash.keyBegin(), secondHash.keyEnd());
 
+    QSet<QString> onlyFirst = firstKeys;
+    onlyFirst.subtract(secondKeys);
+    QSet<QString> onlySecond = secondKeys;
+    onlySecond.subtract(firstKeys);
+
     QList<QString> differences;
-    for (QString const& key : QSet<QString>(firstKeys).subtract(secondKeys))
+    for (QString const& key : std::as_const(onlyFirst))
         differences.append(key);
-    for (QString const& key : QSet<QString>(secondKeys).subtract(firstKeys))
+    for (QString const& key : std::as_const(onlySecond))
         differences.append(key);
     for (auto it = secondHash.begin(); it != secondHash.end(); ++it) {
         auto const other = firstHash.constFind(it.key());

@@ -1,1 +1,828 @@
 #include "platform/qjsonserializer/qjsonserializer.h"
+
+#include <QAssociativeIterable>
+#include <QHash>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QMetaProperty>
+#include <QMultiHash>
+#include <QReadWriteLock>
+#include <QSequentialIterable>
+#include <QStringList>
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <memory>
+#include <vector>
+
+namespace {
+
+// A property pointing back up the tree would otherwise recurse until the
+// stack runs out; real data is nowhere near this deep.
+constexpr int maxDepth = 256;
+
+QString const classKey = QStringLiteral("@class");
+
+enum class Kind : quint8 {
+    Unsupported,
+    Null,
+    Bool,
+    Signed,   // any signed integer or enumeration, `size` bytes
+    Unsigned, // likewise unsigned
+    Double,
+    Float,
+    String,
+    Convertible, // has converters to and from QString
+    Object,      // pointer to a QObject subclass
+    Map,         // associative container with QString keys
+    List,        // sequential container
+    Variant,
+    JsonValue,
+    JsonObject,
+    JsonArray,
+};
+
+/// How values of one meta-type are read and written; computed once per type.
+struct TypeInfo {
+    QMetaType type;
+    Kind kind = Kind::Unsupported;
+    int size = 0;
+    QMetaObject const* metaObject = nullptr;
+    QMetaAssociation association;
+    QMetaSequence sequence;
+    TypeInfo const* element = nullptr; // mapped type of a Map, value type of a List
+    QString problem;                   // why the type has no JSON form
+};
+
+struct PropertyInfo {
+    QMetaProperty property;
+    QString name;
+    TypeInfo const* type;
+    bool writable;
+};
+
+/// The stored properties of one class, computed once per meta-object.
+struct ClassInfo {
+    QString qualifiedName;
+    QString shortName;
+    std::vector<PropertyInfo> properties;
+};
+
+QStringView afterLastColons(QStringView name)
+{
+    qsizetype const cut = name.lastIndexOf(u"::");
+    return cut < 0 ? name : name.mid(cut + 2);
+}
+
+/**
+ * Process-wide caches. Entries are never removed while the process runs, so
+ * the pointers handed out stay valid without holding the lock.
+ */
+class Registry
+{
+public:
+    ~Registry()
+    {
+        qDeleteAll(m_types);
+        qDeleteAll(m_retired);
+        qDeleteAll(m_classes);
+    }
+
+    TypeInfo const* type(QMetaType type);
+    ClassInfo const* classInfo(QMetaObject const* metaObject);
+    void addClass(QMetaObject const* metaObject);
+    QMetaObject const* findClass(QString const& name, QMetaObject const* declared);
+
+private:
+    TypeInfo describe(QMetaType type);
+
+    QReadWriteLock m_lock;
+    QHash<int, TypeInfo*> m_types;
+    std::vector<TypeInfo*> m_retired; // superseded Unsupported entries, still referenced
+    QHash<QMetaObject const*, ClassInfo*> m_classes;
+    QMultiHash<QString, QMetaObject const*> m_shortNames;
+};
+
+Q_GLOBAL_STATIC(Registry, registry)
+
+TypeInfo const* Registry::type(QMetaType type)
+{
+    // id() also runs the container's legacy registration, which installs its iterable views.
+    int const id = type.id();
+    {
+        QReadLocker locker(&m_lock);
+        TypeInfo const* found = m_types.value(id);
+        if (found && found->kind != Kind::Unsupported)
+            return found;
+    }
+    // An Unsupported answer is asked again: the container may have been
+    // registered since. Described outside the lock because describing a
+    // container describes its element type too.
+    auto described = std::make_unique<TypeInfo>(describe(type));
+    QWriteLocker locker(&m_lock);
+    TypeInfo*& slot = m_types[id];
+    if (slot) {
+        if (slot->kind != Kind::Unsupported || described->kind == Kind::Unsupported)
+            return slot;
+        m_retired.push_back(slot);
+    }
+    slot = described.release();
+    return slot;
+}
+
+TypeInfo Registry::describe(QMetaType type)
+{
+    TypeInfo info;
+    info.type = type;
+    info.size = int(type.sizeOf());
+    switch (type.id()) {
+    case QMetaType::Bool: info.kind = Kind::Bool; return info;
+    case QMetaType::Char:
+    case QMetaType::SChar:
+    case QMetaType::Short:
+    case QMetaType::Int:
+    case QMetaType::Long:
+    case QMetaType::LongLong: info.kind = Kind::Signed; return info;
+    case QMetaType::UChar:
+    case QMetaType::UShort:
+    case QMetaType::UInt:
+    case QMetaType::ULong:
+    case QMetaType::ULongLong: info.kind = Kind::Unsigned; return info;
+    case QMetaType::Double: info.kind = Kind::Double; return info;
+    case QMetaType::Float: info.kind = Kind::Float; return info;
+    case QMetaType::QString: info.kind = Kind::String; return info;
+    // Offers a sequential view too, but JSON readers expect text, not an array of bytes.
+    case QMetaType::QByteArray: info.kind = Kind::Convertible; return info;
+    case QMetaType::QVariant: info.kind = Kind::Variant; return info;
+    case QMetaType::QJsonValue: info.kind = Kind::JsonValue; return info;
+    case QMetaType::QJsonObject: info.kind = Kind::JsonObject; return info;
+    case QMetaType::QJsonArray: info.kind = Kind::JsonArray; return info;
+    case QMetaType::Nullptr: info.kind = Kind::Null; return info;
+    case QMetaType::UnknownType: info.problem = QStringLiteral("unknown type"); return info;
+    default: break;
+    }
+
+    QMetaType::TypeFlags const flags = type.flags();
+    if (flags & QMetaType::PointerToQObject) {
+        info.metaObject = type.metaObject();
+        if (info.metaObject)
+            info.kind = Kind::Object;
+        else
+            info.problem = QStringLiteral("no meta-object for %1").arg(QLatin1StringView(type.name()));
+        return info;
+    }
+    if (flags & QMetaType::IsEnumeration) {
+        if (info.size == 1 || info.size == 2 || info.size == 4 || info.size == 8)
+            info.kind = flags & QMetaType::IsUnsignedEnumeration ? Kind::Unsigned : Kind::Signed;
+        else
+            info.problem = QStringLiteral("enumeration %1 has an unusual size").arg(QLatin1StringView(type.name()));
+        return info;
+    }
+
+    // Containers before string conversion: QStringList also converts to QString.
+    // The views need an instance; a default-constructed one serves.
+    QMetaType const associative = QMetaType::fromType<QAssociativeIterable>();
+    QMetaType const sequential = QMetaType::fromType<QSequentialIterable>();
+    if (QMetaType::canView(type, associative)) {
+        QVariant sample(type);
+        QAssociativeIterable view;
+        if (QMetaType::view(type, sample.data(), associative, &view)) {
+            info.association = view.metaContainer();
+            QMetaAssociation const& a = info.association;
+            if (a.keyMetaType() != QMetaType::fromType<QString>()) {
+                info.problem = QStringLiteral("%1: only maps with QString keys have a JSON form")
+                                   .arg(QLatin1StringView(type.name()));
+            } else if (!a.mappedMetaType().isValid() || !a.canGetKeyAtConstIterator()
+                       || !a.canGetMappedAtConstIterator() || !a.canSetMappedAtKey() || !a.canClear()) {
+                info.problem = QStringLiteral("%1 has no mapped values to write and read")
+                                   .arg(QLatin1StringView(type.name()));
+            } else {
+                info.kind = Kind::Map;
+                info.element = this->type(a.mappedMetaType());
+            }
+            return info;
+        }
+    }
+    if (QMetaType::canView(type, sequential)) {
+        QVariant sample(type);
+        QSequentialIterable view;
+        if (QMetaType::view(type, sample.data(), sequential, &view)) {
+            info.sequence = view.metaContainer();
+            QMetaSequence const& s = info.sequence;
+            if (!s.canGetValueAtConstIterator() || !s.canAddValue() || !s.canClear()) {
+                info.problem = QStringLiteral("%1 cannot be filled element by element")
+                                   .arg(QLatin1StringView(type.name()));
+            } else {
+                info.kind = Kind::List;
+                info.element = this->type(s.valueMetaType());
+            }
+            return info;
+        }
+    }
+
+    QMetaType const string = QMetaType::fromType<QString>();
+    if (QMetaType::canConvert(type, string) && QMetaType::canConvert(string, type)) {
+        info.kind = Kind::Convertible;
+        return info;
+    }
+
+    info.problem = QStringLiteral("no JSON form for type %1 (register the container, "
+                                  "or converters to and from QString)")
+                       .arg(QLatin1StringView(type.name()));
+    return info;
+}
+
+ClassInfo const* Registry::classInfo(QMetaObject const* metaObject)
+{
+    {
+        QReadLocker locker(&m_lock);
+        if (ClassInfo const* found = m_classes.value(metaObject))
+            return found;
+    }
+    auto info = std::make_unique<ClassInfo>();
+    info->qualifiedName = QString::fromUtf8(metaObject->className());
+    info->shortName = afterLastColons(info->qualifiedName).toString();
+    // Starting past QObject's own properties leaves objectName out.
+    for (int i = QObject::staticMetaObject.propertyCount(); i < metaObject->propertyCount(); ++i) {
+        QMetaProperty const property = metaObject->property(i);
+        if (!property.isStored() || !property.isReadable())
+            continue;
+        info->properties.push_back(PropertyInfo{property, QString::fromUtf8(property.name()),
+                                                type(property.metaType()), property.isWritable()});
+    }
+    QWriteLocker locker(&m_lock);
+    ClassInfo*& slot = m_classes[metaObject];
+    if (!slot)
+        slot = info.release();
+    return slot;
+}
+
+void Registry::addClass(QMetaObject const* metaObject)
+{
+    QString const shortName = afterLastColons(QString::fromUtf8(metaObject->className())).toString();
+    QWriteLocker locker(&m_lock);
+    if (!m_shortNames.contains(shortName, metaObject))
+        m_shortNames.insert(shortName, metaObject);
+}
+
+QMetaObject const* Registry::findClass(QString const& name, QMetaObject const* declared)
+{
+    QString const shortName = afterLastColons(name).toString();
+    QMetaObject const* candidate = nullptr;
+    QReadLocker locker(&m_lock);
+    for (auto it = m_shortNames.constFind(shortName); it != m_shortNames.cend() && it.key() == shortName; ++it) {
+        QMetaObject const* metaObject = it.value();
+        if (!metaObject->inherits(declared))
+            continue;
+        // Two registered classes may share a short name; a qualified name settles it.
+        if (name == QLatin1StringView(metaObject->className()))
+            return metaObject;
+        if (!candidate)
+            candidate = metaObject;
+    }
+    return candidate ? candidate : declared;
+}
+
+/// Thrown inside the engine; each level on the way out adds its key to the path.
+struct Failure {
+    QString reason;
+    QStringList path;
+
+    QString message() const
+    {
+        return path.isEmpty() ? reason : path.join(QLatin1Char('/')) + QLatin1String(": ") + reason;
+    }
+};
+
+[[noreturn]] void fail(QString reason)
+{
+    throw Failure{std::move(reason), {}};
+}
+
+TypeInfo const* usable(TypeInfo const* type)
+{
+    if (Q_LIKELY(type->kind != Kind::Unsupported))
+        return type;
+    type = registry()->type(type->type);
+    if (type->kind == Kind::Unsupported)
+        fail(type->problem);
+    return type;
+}
+
+// Keeps a container's iterators released whatever happens while iterating.
+class ConstIterators
+{
+public:
+    ConstIterators(QMetaContainer const& container, void const* data)
+        : m_container(container)
+        , m_it(container.constBegin(data))
+        , m_end(container.constEnd(data))
+    {
+    }
+    ~ConstIterators()
+    {
+        m_container.destroyConstIterator(m_it);
+        m_container.destroyConstIterator(m_end);
+    }
+    ConstIterators(ConstIterators const&) = delete;
+    ConstIterators& operator=(ConstIterators const&) = delete;
+
+    bool atEnd() const { return m_container.compareConstIterator(m_it, m_end); }
+    void next() { m_container.advanceConstIterator(m_it, 1); }
+    void const* current() const { return m_it; }
+
+private:
+    QMetaContainer const& m_container;
+    void* m_it;
+    void* m_end;
+};
+
+qint64 loadSigned(void const* data, int size)
+{
+    switch (size) {
+    case 1: return *static_cast<qint8 const*>(data);
+    case 2: return *static_cast<qint16 const*>(data);
+    case 4: return *static_cast<qint32 const*>(data);
+    default: return *static_cast<qint64 const*>(data);
+    }
+}
+
+quint64 loadUnsigned(void const* data, int size)
+{
+    switch (size) {
+    case 1: return *static_cast<quint8 const*>(data);
+    case 2: return *static_cast<quint16 const*>(data);
+    case 4: return *static_cast<quint32 const*>(data);
+    default: return *static_cast<quint64 const*>(data);
+    }
+}
+
+template<class Integer>
+void store(void* target, int size, Integer value)
+{
+    switch (size) {
+    case 1: *static_cast<quint8*>(target) = quint8(value); break;
+    case 2: *static_cast<quint16*>(target) = quint16(value); break;
+    case 4: *static_cast<quint32*>(target) = quint32(value); break;
+    default: *static_cast<quint64*>(target) = quint64(value); break;
+    }
+}
+
+class Writer
+{
+public:
+    Writer(QJsonSerializer::Polymorphing polymorphing, QJsonSerializer::PolymorphingMode mode)
+        : m_writeClass(polymorphing != QJsonSerializer::Disabled)
+        , m_shortNames(mode == QJsonSerializer::ShortName)
+    {
+    }
+
+    QJsonValue value(void const* data, TypeInfo const* type, int depth)
+    {
+        type = usable(type);
+        switch (type->kind) {
+        case Kind::Bool: return *static_cast<bool const*>(data);
+        case Kind::Signed: return loadSigned(data, type->size);
+        case Kind::Unsigned: {
+            quint64 const v = loadUnsigned(data, type->size);
+            if (v <= quint64(std::numeric_limits<qint64>::max()))
+                return qint64(v);
+            return double(v);
+        }
+        case Kind::Double: return *static_cast<double const*>(data);
+        case Kind::Float: return double(*static_cast<float const*>(data));
+        case Kind::String: return *static_cast<QString const*>(data);
+        case Kind::Convertible: {
+            QString text;
+            if (!QMetaType::convert(type->type, data, QMetaType::fromType<QString>(), &text))
+                fail(QStringLiteral("cannot convert a %1 to a string").arg(QLatin1StringView(type->type.name())));
+            return text;
+        }
+        case Kind::Object: {
+            QObject const* object = *static_cast<QObject* const*>(data);
+            return object ? QJsonValue(this->object(object, depth)) : QJsonValue(QJsonValue::Null);
+        }
+        case Kind::Map: return map(data, type, depth);
+        case Kind::List: return list(data, type, depth);
+        case Kind::Variant: return variant(*static_cast<QVariant const*>(data), depth);
+        case Kind::JsonValue: return *static_cast<QJsonValue const*>(data);
+        case Kind::JsonObject: return *static_cast<QJsonObject const*>(data);
+        case Kind::JsonArray: return *static_cast<QJsonArray const*>(data);
+        case Kind::Null:
+        case Kind::Unsupported: break;
+        }
+        return QJsonValue::Null;
+    }
+
+    QJsonValue variant(QVariant const& data, int depth)
+    {
+        if (!data.isValid())
+            return QJsonValue::Null;
+        return value(data.constData(), registry()->type(data.metaType()), depth);
+    }
+
+private:
+    QJsonObject object(QObject const* object, int depth)
+    {
+        if (depth > maxDepth)
+            fail(QStringLiteral("objects nested more than %1 deep; does a property point back up the tree?")
+                     .arg(maxDepth));
+        // Consecutive objects are usually of one class: skip the locked lookup then.
+        QMetaObject const* metaObject = object->metaObject();
+        if (metaObject != m_lastMetaObject) {
+            m_lastClass = registry()->classInfo(metaObject);
+            m_lastMetaObject = metaObject;
+        }
+        ClassInfo const* info = m_lastClass;
+
+        QJsonObject out;
+        if (m_writeClass)
+            out.insert(classKey, m_shortNames ? info->shortName : info->qualifiedName);
+        for (PropertyInfo const& property : info->properties) {
+            QVariant const v = property.property.read(object);
+            try {
+                out.insert(property.name, v.isValid() ? value(v.constData(), property.type, depth + 1)
+                                                      : QJsonValue(QJsonValue::Null));
+            } catch (Failure& failure) {
+                failure.path.prepend(property.name);
+                throw;
+            }
+        }
+        return out;
+    }
+
+    QJsonObject map(void const* data, TypeInfo const* type, int depth)
+    {
+        QMetaAssociation const& association = type->association;
+        QString key;
+        QVariant mapped(association.mappedMetaType()); // one buffer, reused for each element
+        QJsonObject out;
+        for (ConstIterators it(association, data); !it.atEnd(); it.next()) {
+            association.keyAtConstIterator(it.current(), &key);
+            association.mappedAtConstIterator(it.current(), mapped.data());
+            try {
+                out.insert(key, value(mapped.constData(), type->element, depth + 1));
+            } catch (Failure& failure) {
+                failure.path.prepend(key);
+                throw;
+            }
+        }
+        return out;
+    }
+
+    QJsonArray list(void const* data, TypeInfo const* type, int depth)
+    {
+        QMetaSequence const& sequence = type->sequence;
+        QVariant element(sequence.valueMetaType());
+        QJsonArray out;
+        qsizetype index = 0;
+        for (ConstIterators it(sequence, data); !it.atEnd(); it.next(), ++index) {
+            sequence.valueAtConstIterator(it.current(), element.data());
+            try {
+                out.append(value(element.constData(), type->element, depth + 1));
+            } catch (Failure& failure) {
+                failure.path.prepend(QString::number(index));
+                throw;
+            }
+        }
+        return out;
+    }
+
+    bool m_writeClass;
+    bool m_shortNames;
+    QMetaObject const* m_lastMetaObject = nullptr;
+    ClassInfo const* m_lastClass = nullptr;
+};
+
+QString describeJson(QJsonValue const& json)
+{
+    switch (json.type()) {
+    case QJsonValue::Null: return QStringLiteral("null");
+    case QJsonValue::Bool: return QStringLiteral("a boolean");
+    case QJsonValue::Double: return QStringLiteral("a number");
+    case QJsonValue::String: return QStringLiteral("a string");
+    case QJsonValue::Array: return QStringLiteral("an array");
+    case QJsonValue::Object: return QStringLiteral("an object");
+    case QJsonValue::Undefined: break;
+    }
+    return QStringLiteral("nothing");
+}
+
+[[noreturn]] void mismatch(char const* expected, QJsonValue const& json)
+{
+    fail(QStringLiteral("expected %1, got %2").arg(QLatin1StringView(expected), describeJson(json)));
+}
+
+[[noreturn]] void outOfRange(QJsonValue const& json, TypeInfo const* type)
+{
+    QString const text = json.isString() ? json.toString() : QString::number(json.toDouble(), 'g', 17);
+    fail(QStringLiteral("%1 is out of range for %2").arg(text, QLatin1StringView(type->type.name())));
+}
+
+class Reader
+{
+public:
+    Reader(QJsonSerializer::Polymorphing polymorphing, QObject* topParent)
+        : m_polymorphing(polymorphing)
+        , m_topParent(topParent)
+    {
+    }
+
+    /// Deletes what was built so far; objects below the top level go with their parent.
+    void discard()
+    {
+        for (auto it = m_created.rbegin(); it != m_created.rend(); ++it)
+            delete *it;
+        m_created.clear();
+    }
+
+    /// Reads @p json into @p target, an existing value of @p type.
+    void into(QJsonValue const& json, TypeInfo const* type, void* target, QObject* parent, int depth)
+    {
+        type = usable(type);
+        if (json.isNull() || json.isUndefined()) {
+            reset(type->type, target);
+            return;
+        }
+        switch (type->kind) {
+        case Kind::Bool:
+            if (!json.isBool())
+                mismatch("a boolean", json);
+            *static_cast<bool*>(target) = json.toBool();
+            return;
+        case Kind::Signed: store(target, type->size, signedValue(json, type)); return;
+        case Kind::Unsigned: store(target, type->size, unsignedValue(json, type)); return;
+        case Kind::Double: *static_cast<double*>(target) = number(json); return;
+        case Kind::Float: *static_cast<float*>(target) = float(number(json)); return;
+        case Kind::String:
+            if (!json.isString())
+                mismatch("a string", json);
+            *static_cast<QString*>(target) = json.toString();
+            return;
+        case Kind::Convertible: {
+            if (!json.isString())
+                mismatch("a string", json);
+            QString const text = json.toString();
+            if (!QMetaType::convert(QMetaType::fromType<QString>(), &text, type->type, target))
+                fail(QStringLiteral("\"%1\" is not a valid %2").arg(text, QLatin1StringView(type->type.name())));
+            return;
+        }
+        case Kind::Object:
+            *static_cast<QObject**>(target) = object(json, type->metaObject, parent, depth);
+            return;
+        case Kind::Map: map(json, type, target, parent, depth); return;
+        case Kind::List: list(json, type, target, parent, depth); return;
+        case Kind::Variant: *static_cast<QVariant*>(target) = json.toVariant(); return;
+        case Kind::JsonValue: *static_cast<QJsonValue*>(target) = json; return;
+        case Kind::JsonObject:
+            if (!json.isObject())
+                mismatch("an object", json);
+            *static_cast<QJsonObject*>(target) = json.toObject();
+            return;
+        case Kind::JsonArray:
+            if (!json.isArray())
+                mismatch("an array", json);
+            *static_cast<QJsonArray*>(target) = json.toArray();
+            return;
+        case Kind::Null:
+        case Kind::Unsupported: break;
+        }
+        fail(QStringLiteral("expected null, got %1").arg(describeJson(json)));
+    }
+
+private:
+    static void reset(QMetaType type, void* target)
+    {
+        type.destruct(target);
+        // Types whose default is all zero bits have no constructor to call.
+        if (!type.construct(target))
+            std::memset(target, 0, size_t(type.sizeOf()));
+    }
+
+    static double number(QJsonValue const& json)
+    {
+        if (json.isDouble())
+            return json.toDouble();
+        if (json.isString()) {
+            bool ok = false;
+            double const value = json.toString().toDouble(&ok);
+            if (ok)
+                return value;
+        }
+        mismatch("a number", json);
+    }
+
+    // Integers also come as decimal strings: other producers quote the ones a double cannot hold.
+    static qint64 signedValue(QJsonValue const& json, TypeInfo const* type)
+    {
+        qint64 value = 0;
+        if (json.isDouble()) {
+            double const d = json.toDouble();
+            value = json.toInteger(std::numeric_limits<qint64>::min());
+            if (value == std::numeric_limits<qint64>::min() && d != -0x1p63) {
+                if (d == std::trunc(d))
+                    outOfRange(json, type);
+                fail(QStringLiteral("expected an integer, got %1").arg(d, 0, 'g', 17));
+            }
+        } else if (json.isString()) {
+            bool ok = false;
+            value = json.toString().toLongLong(&ok);
+            if (!ok)
+                fail(QStringLiteral("expected an integer, got \"%1\"").arg(json.toString()));
+        } else {
+            mismatch("an integer", json);
+        }
+        if (type->size < 8) {
+            qint64 const limit = qint64(1) << (type->size * 8 - 1);
+            if (value < -limit || value >= limit)
+                outOfRange(json, type);
+        }
+        return value;
+    }
+
+    static quint64 unsignedValue(QJsonValue const& json, TypeInfo const* type)
+    {
+        quint64 value = 0;
+        if (json.isDouble()) {
+            double const d = json.toDouble();
+            if (d != std::trunc(d))
+                fail(QStringLiteral("expected an integer, got %1").arg(d, 0, 'g', 17));
+            if (d < 0 || d >= 0x1p64)
+                outOfRange(json, type);
+            // Beyond qint64 the value can only be held as a double.
+            value = d >= 0x1p63 ? quint64(d) : quint64(json.toInteger());
+        } else if (json.isString()) {
+            bool ok = false;
+            value = json.toString().toULongLong(&ok);
+            if (!ok) {
+                json.toString().toLongLong(&ok);
+                if (ok)
+                    outOfRange(json, type);
+                fail(QStringLiteral("expected an integer, got \"%1\"").arg(json.toString()));
+            }
+        } else {
+            mismatch("an integer", json);
+        }
+        if (type->size < 8 && value >> (type->size * 8) != 0)
+            outOfRange(json, type);
+        return value;
+    }
+
+    QMetaObject const* chooseClass(QJsonObject const& json, QMetaObject const* declared) const
+    {
+        if (m_polymorphing == QJsonSerializer::Disabled)
+            return declared;
+        auto const it = json.constFind(classKey);
+        if (it == json.constEnd()) {
+            if (m_polymorphing == QJsonSerializer::Forced)
+                fail(QStringLiteral("missing \"%1\"").arg(classKey));
+            return declared;
+        }
+        if (!it->isString()) {
+            Failure failure{QStringLiteral("expected a string, got %1").arg(describeJson(*it)), {classKey}};
+            throw failure;
+        }
+        return registry()->findClass(it->toString(), declared);
+    }
+
+    QObject* object(QJsonValue const& json, QMetaObject const* declared, QObject* parent, int depth)
+    {
+        if (!json.isObject())
+            mismatch("an object", json);
+        if (depth > maxDepth)
+            fail(QStringLiteral("objects nested more than %1 deep").arg(maxDepth));
+        QJsonObject const fields = json.toObject();
+        QMetaObject const* metaObject = chooseClass(fields, declared);
+
+        QObject* instance = metaObject->newInstance(Q_ARG(QObject*, parent));
+        if (!instance)
+            fail(QStringLiteral("cannot create a %1: it needs a Q_INVOKABLE constructor taking a QObject* parent")
+                     .arg(QLatin1StringView(metaObject->className())));
+        // Objects with one of ours as parent are deleted through it.
+        if (parent == m_topParent)
+            m_created.push_back(instance);
+
+        for (PropertyInfo const& property : registry()->classInfo(metaObject)->properties) {
+            if (!property.writable)
+                continue;
+            auto const field = fields.constFind(property.name);
+            if (field == fields.constEnd())
+                continue;
+            try {
+                QVariant value(property.type->type);
+                into(*field, property.type, value.data(), instance, depth + 1);
+                if (!property.property.write(instance, value))
+                    fail(QStringLiteral("%1 refused the value").arg(QLatin1StringView(metaObject->className())));
+            } catch (Failure& failure) {
+                failure.path.prepend(property.name);
+                throw;
+            }
+        }
+        return instance;
+    }
+
+    void map(QJsonValue const& json, TypeInfo const* type, void* target, QObject* parent, int depth)
+    {
+        if (!json.isObject())
+            mismatch("an object", json);
+        QMetaAssociation const& association = type->association;
+        QJsonObject const fields = json.toObject();
+        association.clear(target);
+        QVariant mapped(association.mappedMetaType()); // one buffer, reused for each element
+        for (auto it = fields.constBegin(); it != fields.constEnd(); ++it) {
+            QString const key = it.key();
+            try {
+                into(it.value(), type->element, mapped.data(), parent, depth + 1);
+            } catch (Failure& failure) {
+                failure.path.prepend(key);
+                throw;
+            }
+            association.setMappedAtKey(target, &key, mapped.constData());
+        }
+    }
+
+    void list(QJsonValue const& json, TypeInfo const* type, void* target, QObject* parent, int depth)
+    {
+        if (!json.isArray())
+            mismatch("an array", json);
+        QMetaSequence const& sequence = type->sequence;
+        QJsonArray const elements = json.toArray();
+        sequence.clear(target);
+        QVariant element(sequence.valueMetaType());
+        for (qsizetype i = 0; i < elements.size(); ++i) {
+            try {
+                into(elements.at(i), type->element, element.data(), parent, depth + 1);
+            } catch (Failure& failure) {
+                failure.path.prepend(QString::number(i));
+                throw;
+            }
+            sequence.addValue(target, element.constData());
+        }
+    }
+
+    QJsonSerializer::Polymorphing m_polymorphing;
+    QObject* m_topParent;
+    std::vector<QObject*> m_created; // objects without one of ours as parent
+};
+
+} // namespace
+
+QJsonSerializer::QJsonSerializer(QObject* parent)
+    : QObject(parent)
+{
+}
+
+void QJsonSerializer::setPolymorphing(Polymorphing polymorphing)
+{
+    m_polymorphing = polymorphing;
+}
+
+QJsonSerializer::Polymorphing QJsonSerializer::polymorphing() const
+{
+    return m_polymorphing;
+}
+
+void QJsonSerializer::setPolymorphingMode(PolymorphingMode mode)
+{
+    m_polymorphingMode = mode;
+}
+
+QJsonSerializer::PolymorphingMode QJsonSerializer::polymorphingMode() const
+{
+    return m_polymorphingMode;
+}
+
+QJsonValue QJsonSerializer::serializeImpl(QVariant const& data) const
+{
+    Writer writer(m_polymorphing, m_polymorphingMode);
+    try {
+        return writer.variant(data, 0);
+    } catch (Failure const& failure) {
+        throw QJsonSerializerException(failure.message());
+    }
+}
+
+QVariant QJsonSerializer::deserialize(QJsonValue const& json, int metaTypeId, QObject* parent) const
+{
+    if (!QMetaType::isRegistered(metaTypeId))
+        throw QJsonDeserializationException(QStringLiteral("unknown meta-type id %1").arg(metaTypeId));
+    QMetaType const type(metaTypeId);
+    Reader reader(m_polymorphing, parent);
+    QVariant result(type);
+    try {
+        reader.into(json, registry()->type(type), result.data(), parent, 0);
+    } catch (Failure const& failure) {
+        reader.discard();
+        throw QJsonDeserializationException(failure.message());
+    } catch (...) {
+        reader.discard();
+        throw;
+    }
+    return result;
+}
+
+void QJsonSerializer::registerClass(QMetaObject const* metaObject)
+{
+    registry()->addClass(metaObject);
+}

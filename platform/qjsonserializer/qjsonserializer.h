@@ -1,1 +1,127 @@
-// placeholder
+#ifndef PLATFORM_QJSONSERIALIZER_QJSONSERIALIZER_H
+#define PLATFORM_QJSONSERIALIZER_QJSONSERIALIZER_H
+
+#include <QJsonValue>
+#include <QList>
+#include <QMap>
+#include <QMetaType>
+#include <QObject>
+#include <QString>
+#include <QVariant>
+
+#include <type_traits>
+
+#include "platform/qjsonserializer/qjsondeserializationexception.h"
+#include "platform/qjsonserializer/qjsonserializer_export.h"
+#include "platform/qjsonserializer/qjsonserializerexception.h"
+
+/**
+ * Converts QObject trees, Qt containers and plain values to JSON and back,
+ * driven by the Qt meta-object system.
+ *
+ * A QObject becomes a JSON object of its stored properties (base class
+ * first); a null pointer becomes null. Maps with QString keys become JSON
+ * objects, lists become arrays, numbers, booleans and strings map directly,
+ * enumerations are written as their integer, and any other type with
+ * registered converters to and from QString is written as that string.
+ *
+ * Containers of object pointers must be registered (registerMapAlias(),
+ * registerListAlias(), registerAlias()) so that they can be iterated and
+ * filled without knowing their C++ type; object classes must be registered
+ * (registerObjectType()) to be created from their "@class" name.
+ *
+ * Class descriptions are computed once per class and shared by all
+ * serializers; a serializer may be used from several threads at once as
+ * long as its settings are not changed meanwhile.
+ */
+class QJSONSERIALIZER_EXPORT QJsonSerializer : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Whether objects carry their class name under "@class".
+    enum Polymorphing {
+        Disabled = 0, ///< neither written nor read
+        Enabled = 1,  ///< written, and read when present
+        Forced = 2    ///< written, and required on read
+    };
+    Q_ENUM(Polymorphing)
+
+    /// How the "@class" value is written. Reading only looks at what follows the last "::".
+    enum PolymorphingMode {
+        QualifiedName = 0, ///< with namespaces, as the meta-object names the class
+        ShortName = 1      ///< without namespaces
+    };
+    Q_ENUM(PolymorphingMode)
+
+    explicit QJsonSerializer(QObject* parent = nullptr);
+
+    void setPolymorphing(Polymorphing polymorphing);
+    Polymorphing polymorphing() const;
+    void setPolymorphingMode(PolymorphingMode mode);
+    PolymorphingMode polymorphingMode() const;
+
+    /// Throws QJsonSerializerException when some value has no JSON form.
+    QJsonValue serializeImpl(QVariant const& data) const;
+
+    /**
+     * Builds a value of the given meta-type from @p json. Objects created at
+     * the top level (the value itself, or the elements of a top-level
+     * container) get @p parent; nested ones get the object that holds them.
+     * Throws QJsonDeserializationException when the JSON does not fit; then
+     * every object created so far has been deleted.
+     */
+    QVariant deserialize(QJsonValue const& json, int metaTypeId, QObject* parent = nullptr) const;
+
+    template<class T>
+    QJsonValue serialize(T const& data) const
+    {
+        return serializeImpl(QVariant::fromValue(data));
+    }
+
+    template<class T>
+    T deserialize(QJsonValue const& json, QObject* parent = nullptr) const
+    {
+        return deserialize(json, qMetaTypeId<T>(), parent).template value<T>();
+    }
+
+    /// Makes T creatable from its "@class" name. Safe to call more than once.
+    template<class T>
+    static void registerObjectType()
+    {
+        static_assert(std::is_base_of_v<QObject, T>, "registerObjectType() takes a QObject subclass");
+        qRegisterMetaType<T*>();
+        registerClass(&T::staticMetaObject);
+    }
+
+    /// Registers T and QMap<QString, T*> under @p alias.
+    template<class T>
+    static void registerMapAlias(char const* alias)
+    {
+        registerObjectType<T>();
+        registerAlias<QMap<QString, T*>>(alias);
+    }
+
+    /// Registers T and QList<T*> under @p alias.
+    template<class T>
+    static void registerListAlias(char const* alias)
+    {
+        registerObjectType<T>();
+        registerAlias<QList<T*>>(alias);
+    }
+
+    /// Registers a container type (and its iterable views) under @p alias.
+    template<class Container>
+    static void registerAlias(char const* alias)
+    {
+        qRegisterMetaType<Container>(alias);
+    }
+
+private:
+    static void registerClass(QMetaObject const* metaObject);
+
+    Polymorphing m_polymorphing = Enabled;
+    PolymorphingMode m_polymorphingMode = QualifiedName;
+};
+
+#endif // PLATFORM_QJSONSERIALIZER_QJSONSERIALIZER_H
