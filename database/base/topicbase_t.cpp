@@ -1,5 +1,8 @@
 #include "database/base/topicbase_t.h"
 
+#include "database/utility/utility.h"
+#include "platform/qjsonserializer/qjsonserializer.h"
+
 namespace database {
 namespace base {
 
@@ -38,6 +41,46 @@ QJsonObject topicbase_t::getPacketUpdated(QString const& _topic, QJsonValue cons
 QJsonObject topicbase_t::getPacketRequest(QString const& _topic, QJsonValue const& payload)
 {
     return getPacketUpdated(_topic, payload);
+}
+
+void topicbase_t::connectRequestSignals(QObject* receiver, bool connect)
+{
+    if (!receiver)
+        return;
+    // The receiver is an engine whose type the models don't know: connect by name.
+    struct pair_t {
+        char const* signal;
+        char const* slot;
+    };
+    static pair_t const pairs[] = {
+        {SIGNAL(onUpdated(QJsonObject)), SLOT(_onUpdated(QJsonObject))},
+        {SIGNAL(onRequest(QJsonObject)), SLOT(_onRequest(QJsonObject))},
+        {SIGNAL(onObjectNotExist(QJsonObject)), SLOT(_onObjectNotExist(QJsonObject))},
+        {SIGNAL(onObjectError(QJsonObject,QString)), SLOT(_onObjectError(QJsonObject,QString))},
+    };
+    for (pair_t const& pair : pairs) {
+        if (connect)
+            QObject::connect(this, pair.signal, receiver, pair.slot,
+                             Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection));
+        else
+            QObject::disconnect(this, pair.signal, receiver, pair.slot);
+    }
+}
+
+QJsonObject topicbase_t::toJson() const
+{
+    return utility::getInstance()->serializer()->serializeImpl(
+        QVariant::fromValue(const_cast<QObject*>(static_cast<QObject const*>(this)))).toObject();
+}
+
+void topicbase_t::publishSelf()
+{
+    Q_EMIT onUpdated(getPacketUpdated(topic, toJson()));
+}
+
+void topicbase_t::refuseNull()
+{
+    Q_EMIT onObjectError(getPacketUpdated(topic, QJsonValue()), QStringLiteral("Not permitted nullptr"));
 }
 
 } // namespace base

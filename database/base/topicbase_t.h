@@ -34,6 +34,20 @@ public:
     static QJsonObject getPacketUpdated(QString const& topic, QJsonValue const& payload);
     static QJsonObject getPacketRequest(QString const& topic, QJsonValue const& payload);
 
+    /// Connects, or disconnects, the four signals of this object to the
+    /// receiver's slots of the same names with a leading underscore, queued.
+    /// A null receiver changes nothing.
+    void connectRequestSignals(QObject* receiver, bool connect);
+
+    /// This object as JSON, through the shared serializer.
+    QJsonObject toJson() const;
+
+    /// Raises onUpdated with this object itself on its own topic.
+    void publishSelf();
+
+    /// Raises onObjectError for a null argument given to an update.
+    void refuseNull();
+
 Q_SIGNALS:
     void onRequest(QString _topic, QJsonObject _obj);
     void onRequest(QJsonObject _packet);
@@ -42,6 +56,17 @@ Q_SIGNALS:
     void onObjectError(QJsonObject _packet, QString message);
 
 protected:
+    /// Stores value in field and calls changed() when it differs: the body of every setter.
+    template<class Field, class Changed>
+    bool assign(Field& field, Field const& value, Changed changed)
+    {
+        if (field == value)
+            return false;
+        field = value;
+        changed();
+        return true;
+    }
+
     QString topic;
 };
 

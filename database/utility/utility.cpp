@@ -9,6 +9,8 @@
 #include <QTime>
 #include <QUuid>
 
+#include "database/persistent/objects/ps_object_item_t.h"
+#include "database/persistent/objects/ps_object_t.h"
 #include "platform/logs/classlogs.h"
 #include "platform/qjsonserializer/qjsonserializer.h"
 
@@ -144,7 +146,9 @@ void utility::initPersistentType(bool run)
 {
     if (!run)
         return;
-    // The persistent sections register their map aliases here as they arrive.
+    using namespace persistent::objects;
+    QJsonSerializer::registerMapAlias<ps_object_item_t>("ps_items_map");
+    QJsonSerializer::registerMapAlias<ps_object_t>("ps_objects_map");
 }
 
 void utility::initRealTimeType(bool run)

@@ -1,0 +1,227 @@
+#ifndef DATABASE_PERSISTENT_DBS_PS_OBJECT_MAP_T_H
+#define DATABASE_PERSISTENT_DBS_PS_OBJECT_MAP_T_H
+
+#include <QJsonObject>
+#include <QJsonValue>
+#include <QMap>
+#include <QPointer>
+#include <QSet>
+#include <QString>
+#include <QVariant>
+
+#include "database/base/topicbase_t.h"
+#include "database/persistent/ps_request.h"
+#include "database/utility/utility.h"
+#include "platform/logs/classlogs.h"
+#include "platform/qjsonserializer/qjsonserializer.h"
+
+namespace database {
+namespace persistent {
+namespace dbs {
+
+/**
+ * The map of objects that a section owns, with the operations every such map
+ * has: never-null look-up, requests, updates with publication, and wiring to
+ * the engine. A section holds one per list and forwards its named operations
+ * (update_items, requestSetUser, ...) here, so the behaviour is written once.
+ *
+ * T is an object class with T(QString topic, QObject* parent), a deep copy
+ * constructor, update(T const*, bool) and initRequestSignals(QObject*, bool).
+ * Objects in the map have no QObject parent: the map owns them.
+ */
+template<class T>
+class ps_object_map_t
+{
+public:
+    using map_t = QMap<QString, T*>;
+
+    ps_object_map_t(base::topicbase_t* section, QString listKey)
+        : section(section)
+        , listKey(std::move(listKey))
+    {
+    }
+
+    ~ps_object_map_t() { qDeleteAll(objects); }
+
+    ps_object_map_t(ps_object_map_t const&) = delete;
+    ps_object_map_t& operator=(ps_object_map_t const&) = delete;
+
+    /// Deep copy of another section's objects into this still empty map.
+    void copyFrom(ps_object_map_t const& other)
+    {
+        for (auto it = other.objects.begin(); it != other.objects.end(); ++it)
+            objects.insert(it.key(), it.value() ? new T(*it.value()) : nullptr);
+    }
+
+    map_t const& get() const { return objects; }
+    QString const& key() const { return listKey; }
+    QObject* getReceiver() const { return receiver; }
+
+    /// Takes the pointers as they are (deserialized or handed to a constructor);
+    /// the objects that are not kept are deleted.
+    void adopt(map_t const& map)
+    {
+        QList<T*> const kept = map.values();
+        QSet<T*> const keptSet(kept.begin(), kept.end());
+        for (T* object : std::as_const(objects)) {
+            if (!keptSet.contains(object))
+                delete object;
+        }
+        objects = map;
+        for (T* object : std::as_const(objects)) {
+            if (object)
+                object->setParent(nullptr);
+        }
+    }
+
+    /// "section/list key/id".
+    QString objectTopic(QString const& id) const
+    {
+        return section->getTopic() + QLatin1Char('/') + listKey + QLatin1Char('/') + id;
+    }
+
+    /// Logs this line with the id whenever list() misses.
+    void setMissLog(QString const& text) { missLog = text; }
+
+    /// Never null: an unknown id gives a default object that is already
+    /// scheduled for deletion, and raises onObjectNotExist.
+    T* list(QString const& id)
+    {
+        auto const found = objects.constFind(id);
+        if (found != objects.constEnd())
+            return found.value();
+        if (!missLog.isEmpty())
+            CLASSLOGS_LOG(missLog + id, ::utility::logs::trace, QStringLiteral("list"));
+        QString const topic = objectTopic(id);
+        T* temporary = new T(topic, section);
+        temporary->deleteLater();
+        Q_EMIT section->onObjectNotExist(QJsonObject{{QStringLiteral("topic"), topic}});
+        return temporary;
+    }
+
+    /// Asks for one object; a null object asks for its removal.
+    void requestSet(QString const& id, T* object)
+    {
+        QString topic = requestTopic(objectTopic(id));
+        QJsonValue payload = QJsonObject();
+        if (object) {
+            object->setTopic(objectTopic(id));
+            topic = requestTopic(object->getTopic());
+            payload = object->toJson();
+        }
+        Q_EMIT section->onRequest(base::topicbase_t::getPacketRequest(topic, payload));
+    }
+
+    /// Asks for the whole list.
+    void requestSetAll(map_t const& map)
+    {
+        for (auto it = map.begin(); it != map.end(); ++it) {
+            if (it.value())
+                it.value()->setTopic(section->getTopic() + QStringLiteral("/objects_list/") + it.key());
+        }
+        Q_EMIT section->onRequest(base::topicbase_t::getPacketRequest(
+            requestTopic(section->getTopic() + QLatin1Char('/') + listKey), toJson(map)));
+    }
+
+    /// Changes one object: content into the existing one, a copy for a new id,
+    /// removal for null. An empty id changes and publishes nothing.
+    void update(QString const& id, T* object, bool _notify)
+    {
+        if (id.isEmpty())
+            return;
+        QString const topic = objectTopic(id);
+        auto const found = objects.find(id);
+        if (object) {
+            object->setTopic(topic);
+            if (found != objects.end() && found.value()) {
+                found.value()->update(object, false);
+            } else {
+                T* copy = new T(*object);
+                objects.insert(id, copy);
+                copy->initRequestSignals(receiver, true);
+            }
+        } else if (found != objects.end()) {
+            if (T* existing = found.value()) {
+                existing->initRequestSignals(receiver, false);
+                existing->deleteLater();
+            }
+            objects.erase(found);
+        }
+        if (_notify)
+            sendUpdateObject(id);
+    }
+
+    /// Replaces the whole list by copies of map's objects. wire is the
+    /// section's own initRequestSignals, which may reach further than the map.
+    template<class Wire>
+    void updateAll(map_t const& map, bool _notify, Wire wire)
+    {
+        wire(receiver, false);
+        // Copies are made before the old objects go, so a map that shares
+        // objects with this one is still safe to read.
+        map_t copies;
+        for (auto it = map.begin(); it != map.end(); ++it)
+            copies.insert(it.key(), it.value() ? new T(*it.value()) : nullptr);
+        qDeleteAll(objects);
+        objects = copies;
+        wire(receiver, true);
+        if (_notify)
+            sendUpdate();
+    }
+
+    /// Publishes the whole map on "section/list key".
+    void sendUpdate()
+    {
+        Q_EMIT section->onUpdated(base::topicbase_t::getPacketUpdated(
+            section->getTopic() + QLatin1Char('/') + listKey, toJson(objects)));
+    }
+
+    /// Publishes one object, or null when it isn't there.
+    void sendUpdateObject(QString const& id)
+    {
+        T* object = objects.value(id);
+        Q_EMIT section->onUpdated(base::topicbase_t::getPacketUpdated(
+            objectTopic(id), object ? QJsonValue(object->toJson()) : QJsonValue()));
+    }
+
+    /// Remembers the receiver, wires the section and gives every object its topic and wiring.
+    void initRequestSignals(QObject* _receiver, bool connect)
+    {
+        if (!_receiver)
+            return;
+        receiver = _receiver;
+        section->connectRequestSignals(_receiver, connect);
+        wireObjects(connect);
+    }
+
+    /// The objects' half of initRequestSignals, for sections with more than one map.
+    void wireObjects(bool connect)
+    {
+        for (auto it = objects.begin(); it != objects.end(); ++it) {
+            if (!it.value())
+                continue;
+            it.value()->setTopic(objectTopic(it.key()));
+            it.value()->initRequestSignals(receiver, connect);
+        }
+    }
+
+    void setReceiver(QObject* _receiver) { receiver = _receiver; }
+
+    static QJsonValue toJson(map_t const& map)
+    {
+        return utility::getInstance()->serializer()->serializeImpl(QVariant::fromValue(map));
+    }
+
+private:
+    base::topicbase_t* section;
+    QString listKey;
+    QString missLog;
+    QPointer<QObject> receiver;
+    map_t objects;
+};
+
+} // namespace dbs
+} // namespace persistent
+} // namespace database
+
+#endif // DATABASE_PERSISTENT_DBS_PS_OBJECT_MAP_T_H
