@@ -14,7 +14,7 @@ ps_object_t::ps_object_t(QString const& topic, QObject* parent)
 {
 }
 
-ps_object_t::ps_object_t(bool enabled, int order, int delay, definition::type_object_t const& type,
+ps_object_t::ps_object_t(bool enabled, int order, int delay, ::database::definition::type_object_t const& type,
                          QString const& id, QString const& value, QString const& args, QObject* parent)
     : topicbase_t(parent)
     , enabled(enabled)
@@ -54,7 +54,7 @@ void ps_object_t::setDelay(int _value)
     assign(delay, _value, [this] { Q_EMIT delayChanged(delay); });
 }
 
-void ps_object_t::setType(definition::type_object_t const& _value)
+void ps_object_t::setType(::database::definition::type_object_t const& _value)
 {
     setType(_value.ToString());
 }

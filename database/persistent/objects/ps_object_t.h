@@ -32,7 +32,7 @@ class DATABASE_EXPORT ps_object_t : public base::topicbase_t
 public:
     Q_INVOKABLE explicit ps_object_t(QObject* parent = nullptr);
     ps_object_t(QString const& topic, QObject* parent);
-    ps_object_t(bool enabled, int order, int delay, definition::type_object_t const& type, QString const& id,
+    ps_object_t(bool enabled, int order, int delay, ::database::definition::type_object_t const& type, QString const& id,
                 QString const& value, QString const& args, QObject* parent);
     ps_object_t(ps_object_t const& other);
 
@@ -47,7 +47,7 @@ public:
     void setEnabled(bool value);
     void setOrder(int value);
     void setDelay(int value);
-    void setType(definition::type_object_t const& value);
+    void setType(::database::definition::type_object_t const& value);
     void setType(QString const& value);
     void setId(QString const& value);
     void setValue(QString const& value);
