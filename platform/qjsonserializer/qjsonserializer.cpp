@@ -66,6 +66,7 @@ struct PropertyInfo {
 struct ClassInfo {
     QString qualifiedName;
     QString shortName;
+    bool polymorphic = false; // Q_CLASSINFO("polymorphic", "true"), here or in a base class
     std::vector<PropertyInfo> properties;
 };
 
@@ -243,6 +244,8 @@ ClassInfo const* Registry::classInfo(QMetaObject const* metaObject)
     auto info = std::make_unique<ClassInfo>();
     info->qualifiedName = QString::fromUtf8(metaObject->className());
     info->shortName = afterLastColons(info->qualifiedName).toString();
+    int const marker = metaObject->indexOfClassInfo("polymorphic");
+    info->polymorphic = marker >= 0 && qstrcmp(metaObject->classInfo(marker).value(), "true") == 0;
     // Starting past QObject's own properties leaves objectName out.
     for (int i = QObject::staticMetaObject.propertyCount(); i < metaObject->propertyCount(); ++i) {
         QMetaProperty const property = metaObject->property(i);
@@ -373,7 +376,7 @@ class Writer
 {
 public:
     Writer(QJsonSerializer::Polymorphing polymorphing, QJsonSerializer::PolymorphingMode mode)
-        : m_writeClass(polymorphing != QJsonSerializer::Disabled)
+        : m_polymorphing(polymorphing)
         , m_shortNames(mode == QJsonSerializer::ShortName)
     {
     }
@@ -437,7 +440,8 @@ private:
         ClassInfo const* info = m_lastClass;
 
         QJsonObject out;
-        if (m_writeClass)
+        if (m_polymorphing == QJsonSerializer::Forced
+            || (m_polymorphing == QJsonSerializer::Enabled && info->polymorphic))
             out.insert(classKey, m_shortNames ? info->shortName : info->qualifiedName);
         for (PropertyInfo const& property : info->properties) {
             QVariant const v = property.property.read(object);
@@ -489,7 +493,7 @@ private:
         return out;
     }
 
-    bool m_writeClass;
+    QJsonSerializer::Polymorphing m_polymorphing;
     bool m_shortNames;
     QMetaObject const* m_lastMetaObject = nullptr;
     ClassInfo const* m_lastClass = nullptr;

@@ -42,8 +42,8 @@ public:
     /// Whether objects carry their class name under "@class".
     enum Polymorphing {
         Disabled = 0, ///< neither written nor read
-        Enabled = 1,  ///< written, and read when present
-        Forced = 2    ///< written, and required on read
+        Enabled = 1,  ///< written for classes marked Q_CLASSINFO("polymorphic", "true"), read when present
+        Forced = 2    ///< written for every class, and required on read
     };
     Q_ENUM(Polymorphing)
 

@@ -25,6 +25,7 @@ namespace shapes {
 class base_item : public QObject
 {
     Q_OBJECT
+    Q_CLASSINFO("polymorphic", "true")
     Q_PROPERTY(QString label MEMBER m_label)
     Q_PROPERTY(int weight MEMBER m_weight)
     Q_PROPERTY(quint8 small MEMBER m_small)
@@ -203,24 +204,31 @@ private Q_SLOTS:
     {
         QTest::addColumn<QJsonSerializer::Polymorphing>("polymorphing");
         QTest::addColumn<QJsonSerializer::PolymorphingMode>("mode");
+        QTest::addColumn<bool>("marked");
         QTest::addColumn<QJsonValue>("expected");
-        QTest::newRow("short name drops the namespace")
-            << QJsonSerializer::Enabled << QJsonSerializer::ShortName << QJsonValue(QStringLiteral("derived_item"));
-        QTest::newRow("qualified name keeps it")
-            << QJsonSerializer::Forced << QJsonSerializer::QualifiedName
-            << QJsonValue(QStringLiteral("shapes::derived_item"));
-        QTest::newRow("disabled writes none")
-            << QJsonSerializer::Disabled << QJsonSerializer::ShortName << QJsonValue(QJsonValue::Undefined);
+        QTest::newRow("short name drops the namespace") << QJsonSerializer::Enabled << QJsonSerializer::ShortName
+                                                        << true << QJsonValue(QStringLiteral("derived_item"));
+        QTest::newRow("qualified name keeps it") << QJsonSerializer::Forced << QJsonSerializer::QualifiedName
+                                                 << true << QJsonValue(QStringLiteral("shapes::derived_item"));
+        QTest::newRow("disabled writes none") << QJsonSerializer::Disabled << QJsonSerializer::ShortName << true
+                                              << QJsonValue(QJsonValue::Undefined);
+        QTest::newRow("unmarked class writes none") << QJsonSerializer::Enabled << QJsonSerializer::ShortName
+                                                    << false << QJsonValue(QJsonValue::Undefined);
+        QTest::newRow("forced writes unmarked class") << QJsonSerializer::Forced << QJsonSerializer::ShortName
+                                                      << false << QJsonValue(QStringLiteral("catalogue"));
     }
 
     void classNameWritten()
     {
         QFETCH(QJsonSerializer::Polymorphing, polymorphing);
         QFETCH(QJsonSerializer::PolymorphingMode, mode);
+        QFETCH(bool, marked);
         QFETCH(QJsonValue, expected);
         std::unique_ptr<QJsonSerializer> serializer(makeSerializer(polymorphing, mode));
         derived_item item;
-        QCOMPARE(serializer->serialize(&item)[QLatin1String("@class")], expected);
+        catalogue unmarked;
+        QObject* object = marked ? static_cast<QObject*>(&item) : &unmarked;
+        QCOMPARE(serializer->serialize(object)[QLatin1String("@class")], expected);
     }
 
     void classNameRead_data()
