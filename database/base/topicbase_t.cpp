@@ -1,10 +1,42 @@
 #include "database/base/topicbase_t.h"
 
+#include <QHash>
+#include <QMetaProperty>
+#include <QMutex>
+#include <QMutexLocker>
+#include <QVector>
+
 #include "database/utility/utility.h"
 #include "platform/qjsonserializer/qjsonserializer.h"
 
 namespace database {
 namespace base {
+
+namespace {
+
+// The stored, non-object properties of a class, computed once per class.
+QVector<QMetaProperty> const& valueProperties(QMetaObject const* meta)
+{
+    static QMutex mutex;
+    static QHash<QMetaObject const*, QVector<QMetaProperty>> cache;
+    QMutexLocker locker(&mutex);
+    auto found = cache.constFind(meta);
+    if (found != cache.constEnd())
+        return found.value();
+    QVector<QMetaProperty> properties;
+    // Index 0 is QObject's objectName.
+    for (int i = 1; i < meta->propertyCount(); ++i) {
+        QMetaProperty const property = meta->property(i);
+        if (!property.isStored() || !property.isWritable())
+            continue;
+        if (property.metaType().flags().testFlag(QMetaType::PointerToQObject))
+            continue;
+        properties.append(property);
+    }
+    return cache.insert(meta, properties).value();
+}
+
+} // namespace
 
 topicbase_t::topicbase_t(QObject* parent)
     : QObject(parent)
@@ -81,6 +113,37 @@ void topicbase_t::publishSelf()
 void topicbase_t::refuseNull()
 {
     Q_EMIT onObjectError(getPacketUpdated(topic, QJsonValue()), QStringLiteral("Not permitted nullptr"));
+}
+
+void topicbase_t::copyValues(topicbase_t const* other)
+{
+    if (!other || other == this)
+        return;
+    for (QMetaProperty const& property : valueProperties(metaObject()))
+        property.write(this, property.read(other));
+}
+
+bool topicbase_t::sameValues(topicbase_t const* other) const
+{
+    if (!other)
+        return false;
+    for (QMetaProperty const& property : valueProperties(metaObject())) {
+        if (property.read(this) != property.read(other))
+            return false;
+    }
+    return true;
+}
+
+bool topicbase_t::updateValues(topicbase_t const* other, bool _notify)
+{
+    if (!other) {
+        refuseNull();
+        return false;
+    }
+    copyValues(other);
+    if (_notify)
+        publishSelf();
+    return true;
 }
 
 } // namespace base

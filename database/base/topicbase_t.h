@@ -48,6 +48,17 @@ public:
     /// Raises onObjectError for a null argument given to an update.
     void refuseNull();
 
+    /// Takes every stored property of other that is a value (not an object
+    /// pointer) through the setters; objectName and the topic stay. other must
+    /// be of this object's class.
+    void copyValues(topicbase_t const* other);
+    /// True when every stored value property equals other's.
+    bool sameValues(topicbase_t const* other) const;
+    /// The update of a flat record: null is refused with "Not permitted
+    /// nullptr", otherwise the values are taken and, with _notify, the record
+    /// is published on its own topic. False for null.
+    bool updateValues(topicbase_t const* other, bool _notify);
+
 Q_SIGNALS:
     void onRequest(QString _topic, QJsonObject _obj);
     void onRequest(QJsonObject _packet);

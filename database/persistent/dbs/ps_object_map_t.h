@@ -117,7 +117,7 @@ public:
     {
         for (auto it = map.begin(); it != map.end(); ++it) {
             if (it.value())
-                it.value()->setTopic(section->getTopic() + QStringLiteral("/objects_list/") + it.key());
+                it.value()->setTopic(objectTopic(it.key()));
         }
         Q_EMIT section->onRequest(base::topicbase_t::getPacketRequest(
             requestTopic(section->getTopic() + QLatin1Char('/') + listKey), toJson(map)));
