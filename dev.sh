@@ -43,8 +43,13 @@ case "${1:-help}" in
         build ;;
     run)
         build
-        echo "== Routing the packets of examples/topics.jsonl" >&2
-        "$build_dir/host/topicroute/topicroute" < "$here/examples/topics.jsonl" ;;
+        host="$build_dir/host/dbhost/dbhost"
+        echo "== dbhost (offline role, data folder ./data) reads examples/demo.jsonl" >&2
+        "$host" --data "$here/data" < "$here/examples/demo.jsonl"
+        echo "== Saved in data/persistent.json: items" >&2
+        "$host" --data "$here/data" --dump items
+        echo "== Saved in data/persistent.json: drivers" >&2
+        "$host" --data "$here/data" --dump drivers ;;
     test)
         build
         ctest --test-dir "$build_dir" --output-on-failure -j "$(nproc)" ;;

@@ -18,6 +18,12 @@ class ps_data_t;
 namespace dbs {
 class ps_versions_t;
 }
+namespace objects {
+namespace drivers {
+class ps_drivers_knx_t;
+class ps_drivers_baos_t;
+}
+}
 
 /**
  * The process-wide factory of the brand's persistent content: the factory
@@ -71,6 +77,9 @@ public:
     void setDefaultDriversKNX(bool knx, bool baos);
 
 private:
+    objects::drivers::ps_drivers_knx_t* createDefaultKnxDriver() const;
+    objects::drivers::ps_drivers_baos_t* createDefaultBaosDriver() const;
+
     explicit ps_default_t(::database::definition::type_brand_t const& brand, QString const& version);
 
     void log(QString const& message, int level, char const* source) const;

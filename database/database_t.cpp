@@ -1,0 +1,190 @@
+#include "database/database_t.h"
+
+#include <QMutexLocker>
+#include <QRegExp>
+
+#include "database/base/literals.h"
+#include "database/default/persistent/ps_default_t.h"
+#include "database/definition/type_knx_mode_t.h"
+#include "database/migration/migration_t.h"
+#include "database/persistent/persistent_t.h"
+#include "database/ps_handler_request_t.h"
+#include "database/ps_handler_status_t.h"
+#include "database/utility/utility.h"
+
+namespace database {
+
+namespace {
+
+QString const kVersion = QStringLiteral("4.0.0");
+
+} // namespace
+
+database_t::database_t(::database::definition::service_t const& _service,
+                       ::database::definition::type_brand_t const& brand)
+    : database_t(_service, brand, ::database::definition::type_knx_mode_t::knx_default_mode(brand))
+{
+}
+
+database_t::database_t(::database::definition::service_t const& _service,
+                       ::database::definition::type_brand_t const& brand,
+                       persistent::definition::ps_knx_mode_t const& mode)
+    : QObject(nullptr)
+{
+    log(name + QStringLiteral("Starting database engine ... for brand:") + brand.ToString(), ::utility::logs::info,
+        "database_t");
+    service = _service;
+    // The engines load their defaults while they are built: the singletons come first.
+    utility::getInstance();
+    persistent::ps_default_t::createInstance(brand, kVersion);
+    persistent::ps_default_t::getInstance()->setKnx_mode(mode);
+    migration::migration_t::createInstance(brand);
+    createEngines();
+    createHandlers();
+    initInternalEvent(true);
+}
+
+database_t::database_t(QObject* parent)
+    : QObject(parent)
+{
+    log(name + QStringLiteral("Starting database engine ..."), ::utility::logs::info, "database_t");
+    service = ::database::definition::service_t::client;
+    createEngines();
+    createHandlers();
+    initInternalEvent(true);
+}
+
+database_t::database_t(database_t const& other)
+    : QObject(nullptr)
+{
+    // The engines exist before the name and the role are handed on to them.
+    persistent = new persistent::persistent_t(*other.persistent);
+    service = other.service;
+    name = other.name;
+    persistent->setName(name);
+    createHandlers();
+    initInternalEvent(true);
+}
+
+database_t::~database_t()
+{
+    initInternalEvent(false);
+    delete ps_handler_request;
+    delete ps_handler_status;
+    delete persistent;
+}
+
+void database_t::createEngines()
+{
+    persistent = new persistent::persistent_t(service);
+}
+
+void database_t::createHandlers()
+{
+    ps_handler_request = new ps_handler_request_t(this, nullptr);
+    ps_handler_status = new ps_handler_status_t(this, nullptr);
+}
+
+persistent::persistent_t* database_t::getPersistent() const
+{
+    if (persistent && persistent->getAccessMutex()) {
+        QMutexLocker locker(persistent->getAccessMutex());
+        return persistent;
+    }
+    return persistent;
+}
+
+void database_t::setService(::database::definition::service_t const& _service)
+{
+    service = _service;
+    if (persistent)
+        persistent->setService(service);
+}
+
+void database_t::setName(QString const& _name)
+{
+    name = _name;
+    if (persistent)
+        persistent->setName(name);
+}
+
+QString database_t::getVersion()
+{
+    return kVersion;
+}
+
+void database_t::initInternalEvent(bool connect)
+{
+    if (!persistent)
+        return;
+    if (connect) {
+        QObject::connect(persistent, &persistent::persistent_t::resetDatabase, this, &database_t::resetDatabase,
+                         Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection));
+        QObject::connect(persistent, &persistent::persistent_t::eventOfflineRequest, this,
+                         &database_t::eventOfflineRequest, Qt::QueuedConnection);
+        QObject::connect(persistent->getHandlerTopic(), &persistent::ps_handler_topic_t::onPersistentUpdatedSomething,
+                         this, &database_t::onPersistentUpdatedSomething, Qt::QueuedConnection);
+    } else {
+        QObject::disconnect(persistent, &persistent::persistent_t::resetDatabase, this, &database_t::resetDatabase);
+        QObject::disconnect(persistent, &persistent::persistent_t::eventOfflineRequest, this,
+                            &database_t::eventOfflineRequest);
+        QObject::disconnect(persistent->getHandlerTopic(),
+                            &persistent::ps_handler_topic_t::onPersistentUpdatedSomething, this,
+                            &database_t::onPersistentUpdatedSomething);
+    }
+}
+
+void database_t::resetDatabase()
+{
+    // Puts the factory configuration back by the road of every request.
+    if (persistent)
+        persistent->requestSetDB(nullptr);
+}
+
+void database_t::eventOfflineRequest(QJsonObject _packet)
+{
+    if (service.ToString() != ::database::definition::service_t::offline.ToString())
+        return;
+    QString const topic = _packet.value(QStringLiteral("topic")).toString();
+    log(name + QStringLiteral("Offline update ") + topic, ::utility::logs::warning, "eventOfflineRequest");
+    QRegExp pattern(QStringLiteral("^(") + literals::request_persistent + QLatin1Char('|') + literals::request_realtime
+                        + QLatin1Char('|') + literals::request_presencesimulation + QStringLiteral(")/(\\w+/?.*$)"),
+                    Qt::CaseSensitive);
+    if (!pattern.exactMatch(topic))
+        return;
+    if (pattern.cap(1) == literals::request_persistent) {
+        persistent->update(_packet);
+        return;
+    }
+    log(name + QStringLiteral("No roolback possible"), ::utility::logs::error, "eventOfflineRequest");
+}
+
+void database_t::roolbackPacket(QJsonObject packet)
+{
+    QString const topic = packet.value(QStringLiteral("topic")).toString();
+    log(name + QStringLiteral("Roolback ") + topic, ::utility::logs::warning, "roolbackPacket");
+    QRegExp pattern(QStringLiteral("^(") + literals::request_persistent + QLatin1Char('|') + literals::request_realtime
+                        + QStringLiteral(")/(\\w+/?.*$)"),
+                    Qt::CaseSensitive);
+    if (!pattern.exactMatch(topic))
+        return;
+    if (pattern.cap(1) == literals::request_persistent) {
+        QString const relative = pattern.cap(2);
+        packet.insert(QStringLiteral("topic"), relative);
+        packet.insert(QStringLiteral("payload"), persistent->getJsonValue(relative));
+        persistent->getHandlerTopic()->whoIsChange(packet, true, false);
+        return;
+    }
+    log(name + QStringLiteral("No roolback possible"), ::utility::logs::error, "roolbackPacket");
+}
+
+void database_t::onPersistentUpdatedSomething(QJsonObject)
+{
+}
+
+void database_t::log(QString const& message, ::utility::logs::LogLevel level, char const* source) const
+{
+    CLASSLOGS_LOG(message, level, QString::fromLatin1(source));
+}
+
+} // namespace database

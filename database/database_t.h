@@ -1,0 +1,84 @@
+#ifndef DATABASE_DATABASE_T_H
+#define DATABASE_DATABASE_T_H
+
+#include <QJsonObject>
+#include <QObject>
+#include <QPointer>
+#include <QString>
+
+#include "database/definition/service_t.h"
+#include "database/definition/type_brand_t.h"
+#include "database/persistent/define/ps_knx_mode_t.h"
+#include "platform/logs/classlogs.h"
+
+#include "database/database_export.h"
+
+namespace database {
+
+namespace persistent {
+class persistent_t;
+}
+class ps_handler_request_t;
+class ps_handler_status_t;
+
+/**
+ * The one object a host process creates. It brings up the library's
+ * singletons and engines in their order, wires them together, and gives the
+ * host the engines through its accessors; everything else goes by packets.
+ */
+class DATABASE_EXPORT database_t : public QObject
+{
+    Q_OBJECT
+public:
+    database_t(::database::definition::service_t const& service, ::database::definition::type_brand_t const& brand);
+    database_t(::database::definition::service_t const& service, ::database::definition::type_brand_t const& brand,
+               persistent::definition::ps_knx_mode_t const& mode);
+    /// For QObject glue: role client; the host must have made the singletons.
+    explicit database_t(QObject* parent);
+    /// A second façade on copies of the engines; the singletons aren't touched.
+    database_t(database_t const& other);
+    ~database_t() override;
+
+    /// Held briefly under the engine's access mutex, so that no handler is mid-slot.
+    persistent::persistent_t* getPersistent() const;
+
+    ::database::definition::service_t getService() const { return service; }
+    void setService(::database::definition::service_t const& service);
+    QString getName() const { return name; }
+    void setName(QString const& name);
+    static QString getVersion();
+
+    void initInternalEvent(bool connect);
+
+    /// Repeats the present state of the topic of a failed request to local listeners.
+    void roolbackPacket(QJsonObject packet);
+
+    ps_handler_request_t* getHandlerRequest() const { return ps_handler_request; }
+    ps_handler_status_t* getHandlerStatus() const { return ps_handler_status; }
+
+Q_SIGNALS:
+    void onSyncRT(bool softreset, bool _save);
+    void onSaveRequest();
+
+public Q_SLOTS:
+    void resetDatabase();
+
+private Q_SLOTS:
+    void eventOfflineRequest(QJsonObject _packet);
+    void onPersistentUpdatedSomething(QJsonObject _packet);
+
+private:
+    void createEngines();
+    void createHandlers();
+    void log(QString const& message, ::utility::logs::LogLevel level, char const* source) const;
+
+    ::database::definition::service_t service;
+    QString name;
+    persistent::persistent_t* persistent = nullptr;
+    QPointer<ps_handler_request_t> ps_handler_request;
+    QPointer<ps_handler_status_t> ps_handler_status;
+};
+
+} // namespace database
+
+#endif // DATABASE_DATABASE_T_H

@@ -1,0 +1,26 @@
+#ifndef DATABASE_MIGRATION_SCRIPTS_MIGRATION_2_T_H
+#define DATABASE_MIGRATION_SCRIPTS_MIGRATION_2_T_H
+
+#include <QObject>
+
+#include "database/migration/migration_base_t.h"
+
+#include "database/database_export.h"
+
+namespace database {
+namespace migration {
+
+/// Lifts a document of generation 2 to generation 3.
+class DATABASE_EXPORT migration_2_t : public migration_base_t
+{
+    Q_OBJECT
+public:
+    static const int migration_version = 2;
+
+    explicit migration_2_t(QObject* parent = nullptr);
+};
+
+} // namespace migration
+} // namespace database
+
+#endif // DATABASE_MIGRATION_SCRIPTS_MIGRATION_2_T_H

@@ -1,0 +1,173 @@
+#include "database/persistent/ps_data_t.h"
+
+#include <memory>
+
+#include "database/base/literals.h"
+
+namespace database {
+namespace persistent {
+
+ps_data_t::ps_data_t(QObject* parent)
+    : topicbase_t(literals::request_persistent, parent)
+{
+    forEachSection([this](auto& section) { section = new std::remove_pointer_t<std::decay_t<decltype(section)>>(this); });
+}
+
+ps_data_t::ps_data_t(ps_data_t const& other)
+    : topicbase_t(other)
+{
+    forEachSectionPair(other, [this](auto& mine, auto const& theirs) {
+        mine = new std::remove_pointer_t<std::decay_t<decltype(mine)>>(*theirs);
+        mine->setParent(this);
+    });
+}
+
+ps_data_t::~ps_data_t()
+{
+    forEachSection([](auto& section) { delete section; });
+}
+
+template<class Section>
+void ps_data_t::adoptSection(Section*& member, Section* incoming, void (ps_data_t::*changed)(Section*))
+{
+    if (member == incoming)
+        return;
+    // A root never holds a null section: its users walk them without checks.
+    if (!incoming)
+        incoming = new Section(this);
+    delete member;
+    member = incoming;
+    member->setParent(this);
+    Q_EMIT(this->*changed)(member);
+}
+
+void ps_data_t::setGeneral(dbs::ps_general_t* section)
+{
+    adoptSection(general, section, &ps_data_t::generalChanged);
+}
+
+void ps_data_t::setItems(dbs::ps_items_t* section)
+{
+    adoptSection(items, section, &ps_data_t::itemsChanged);
+}
+
+void ps_data_t::setStorage(dbs::ps_storage_t* section)
+{
+    adoptSection(storage, section, &ps_data_t::storageChanged);
+}
+
+void ps_data_t::setDrivers(dbs::ps_drivers_t* section)
+{
+    adoptSection(drivers, section, &ps_data_t::driversChanged);
+}
+
+void ps_data_t::setInformation(dbs::ps_information_t* section)
+{
+    adoptSection(information, section, &ps_data_t::informationChanged);
+}
+
+void ps_data_t::setVersions(dbs::ps_versions_t* section)
+{
+    adoptSection(versions, section, &ps_data_t::versionsChanged);
+}
+
+void ps_data_t::setPresenceSimulation(dbs::ps_presencesimulation_t* section)
+{
+    adoptSection(presencesimulation, section, &ps_data_t::presencesimulationChanged);
+}
+
+void ps_data_t::setSmartButton(dbs::ps_smartbutton_t* section)
+{
+    adoptSection(smartbutton, section, &ps_data_t::smartbuttonChanged);
+}
+
+void ps_data_t::setUsers(dbs::ps_users_t* section)
+{
+    adoptSection(users, section, &ps_data_t::usersChanged);
+}
+
+bool ps_data_t::operator==(ps_data_t const& other) const
+{
+    bool same = true;
+    const_cast<ps_data_t*>(this)->forEachSectionPair(other, [&](auto const& mine, auto const& theirs) {
+        same = same && mine == theirs;
+    });
+    return same;
+}
+
+void ps_data_t::initRequestSignals(QObject* target, bool connect)
+{
+    if (!target)
+        return;
+    connectRequestSignals(target, connect);
+    forEachSection([&](auto& section) { section->initRequestSignals(target, connect); });
+}
+
+QJsonObject ps_data_t::serializeDriver()
+{
+    return drivers->toJson();
+}
+
+template<class Section, class Prepare>
+void ps_data_t::requestSection(Section* section, QString const& key, Prepare prepare)
+{
+    QString const topic = getTopic() + QLatin1Char('/') + key;
+    // An empty stand-in for a null argument lives only as long as the request.
+    std::unique_ptr<Section> empty;
+    if (!section) {
+        empty.reset(new Section(nullptr));
+        if constexpr (!std::is_same_v<Prepare, std::nullptr_t>)
+            prepare(empty.get());
+        section = empty.get();
+    }
+    section->setTopic(topic);
+    Q_EMIT onRequest(getPacketRequest(topic, section->toJson()));
+}
+
+void ps_data_t::requestSetGeneral(dbs::ps_general_t* section)
+{
+    requestSection(section, literals::key_general, nullptr);
+}
+
+void ps_data_t::requestSetItems(dbs::ps_items_t* section)
+{
+    requestSection(section, literals::key_items, nullptr);
+}
+
+void ps_data_t::requestSetStorage(dbs::ps_storage_t* section)
+{
+    requestSection(section, literals::key_storage, [](dbs::ps_storage_t* empty) { empty->setProperty("objects_list", QJsonObject{{QString(), QJsonValue()}}); });
+}
+
+void ps_data_t::requestSetDrivers(dbs::ps_drivers_t* section)
+{
+    requestSection(section, literals::key_drivers, nullptr);
+}
+
+void ps_data_t::requestSetInformation(dbs::ps_information_t* section)
+{
+    requestSection(section, literals::key_information, nullptr);
+}
+
+void ps_data_t::requestSetVersions(dbs::ps_versions_t* section)
+{
+    requestSection(section, literals::key_versions, nullptr);
+}
+
+void ps_data_t::requestSetPresenceSimulation(dbs::ps_presencesimulation_t* section)
+{
+    requestSection(section, literals::key_presencesimulation, nullptr);
+}
+
+void ps_data_t::requestSetSmartButton(dbs::ps_smartbutton_t* section)
+{
+    requestSection(section, literals::key_smartbutton, nullptr);
+}
+
+void ps_data_t::requestSetUSers(dbs::ps_users_t* section)
+{
+    requestSection(section, literals::key_users, nullptr);
+}
+
+} // namespace persistent
+} // namespace database

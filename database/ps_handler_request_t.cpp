@@ -1,0 +1,367 @@
+#include "database/ps_handler_request_t.h"
+
+#include "database/base/literals.h"
+#include "database/database_t.h"
+#include "database/default/persistent/ps_default_t.h"
+#include "database/persistent/persistent_t.h"
+
+namespace database {
+
+using namespace persistent;
+using namespace persistent::dbs;
+using namespace persistent::objects;
+using namespace persistent::objects::drivers;
+
+namespace {
+
+QStringList const kCheckAll{QStringLiteral("ALL")};
+
+} // namespace
+
+ps_handler_request_t::ps_handler_request_t(database_t* _database, QObject* parent)
+    : QObject(parent)
+    , database(_database)
+    , engine(_database ? _database->getPersistent() : nullptr)
+{
+    frame.log(QStringLiteral("Starting persistent topic handler engine ..."), ::utility::logs::trace,
+              "ps_handler_request_t");
+    initRequestEvent(true);
+}
+
+ps_handler_request_t::ps_handler_request_t(ps_handler_request_t const& other)
+    : QObject(nullptr)
+    , database(other.database)
+    , engine(other.engine)
+{
+    initRequestEvent(true);
+}
+
+ps_handler_request_t::~ps_handler_request_t()
+{
+    initRequestEvent(false);
+}
+
+void ps_handler_request_t::initRequestEvent(bool connect)
+{
+    frame.log(QStringLiteral("[") + frame.getName() + QStringLiteral("] ")
+                  + QStringLiteral("Connection signal-slots database part"),
+              ::utility::logs::trace, "initRequestEvent");
+    if (!engine)
+        return;
+    handler_frame_t::connectByName(engine->getHandlerTopic(), this, "onPersistentRequest",
+                                   connect);
+}
+
+template<class Body>
+void ps_handler_request_t::handle(char const* slot, QJsonObject const& packet, Body body)
+{
+    bool const check = frame.run(engine->getAccessMutex(), slot, packet, [&] {
+        return engine->getData() ? body(engine, engine->getData()) : false;
+    });
+    if (check)
+        Q_EMIT consistency_check_async(kCheckAll, true, true);
+}
+
+template<class T, class Apply>
+void ps_handler_request_t::handleObject(char const* slot, QJsonObject const& packet, bool check, Apply apply)
+{
+    handle(slot, packet, [&](persistent_t*, ps_data_t* data) {
+        T* object = nullptr;
+        if (!frame.payloadObject(packet, object, slot))
+            return false;
+        apply(data, object);
+        return check;
+    });
+}
+
+bool ps_handler_request_t::itemExists(QString const& id) const
+{
+    return engine->getData() && engine->getData()->getItems()->getObjects().contains(id);
+}
+
+// Handling shared by the single and the list slots.
+
+void ps_handler_request_t::handlePersistentRequestItem(ps_object_item_t* item, QString const& id,
+                                                       bool& _consistency)
+{
+    _consistency = false;
+    ps_data_t* data = engine->getData();
+    if (!item) {
+        // Removal may leave references behind; a change keeps them intact.
+        _consistency = true;
+    } else {
+        QString const driver = item->getIdDriver().trimmed();
+        // An item never points to a driver that doesn't exist.
+        if (!driver.isEmpty() && !data->getDrivers()->getDriverId().contains(driver))
+            item->setIdDriver(QString());
+    }
+    data->getItems()->update_items(id, item, true);
+}
+
+void ps_handler_request_t::handleRequestItem(ps_items_map const& map, bool& _consistency)
+{
+    _consistency = false;
+    for (auto it = map.begin(); it != map.end(); ++it) {
+        bool removed = false;
+        handlePersistentRequestItem(it.value(), it.key(), removed);
+        _consistency = _consistency || removed;
+    }
+}
+
+void ps_handler_request_t::handlePersistentRequestUsers(ps_object_user_t* user, QString const& id,
+                                                        bool& _consistency)
+{
+    _consistency = true;
+    engine->getData()->getUsers()->update_user(id, user, true);
+}
+
+void ps_handler_request_t::handlePersistentRequestPresenceSimulation(ps_presencesimulation_t* object,
+                                                                     bool& _consistency)
+{
+    _consistency = false;
+    ps_data_t* data = engine->getData();
+    if (object && !object->getIdItem().isEmpty() && !itemExists(object->getIdItem()))
+        object->update_id_item(QString(), false);
+    data->getPresenceSimulation()->update(object, true);
+}
+
+void ps_handler_request_t::handlePersistentRequestSmartButton(ps_smartbutton_t* object, bool& _consistency)
+{
+    _consistency = false;
+    ps_data_t* data = engine->getData();
+    if (object) {
+        if (!object->getIdItemRgb().isEmpty() && !itemExists(object->getIdItemRgb()))
+            object->update_id_item_rgb(QString(), false);
+        if (!object->getIdItemListenIndex().isEmpty() && !itemExists(object->getIdItemListenIndex()))
+            object->update_id_item_listen_index(QString(), false);
+    }
+    data->getSmartButton()->update(object, true);
+    data->getSmartButton()->send_update();
+}
+
+// The slots.
+
+void ps_handler_request_t::onPersistentRequestDatabase(QJsonObject _packet)
+{
+    handle("onPersistentRequestDatabase", _packet, [&](persistent_t* engine, ps_data_t*) {
+        QJsonValue payload;
+        if (!frame.payloadValue(_packet, QJsonValue::Object, payload, "onPersistentRequestDatabase"))
+            return false;
+        QJsonObject json = payload.toObject();
+        if (json.isEmpty()) {
+            engine->update_database(ps_default_t::getInstance()->getJData(), true);
+        } else {
+            ps_default_t::getInstance()->checkData(json);
+            engine->update_database(json, true);
+        }
+        return true;
+    });
+}
+
+void ps_handler_request_t::onPersistentRequestGeneral(QJsonObject _packet)
+{
+    handle("onPersistentRequestGeneral", _packet, [&](persistent_t*, ps_data_t* data) {
+        ps_general_t* object = nullptr;
+        if (!frame.payloadObject(_packet, object, "onPersistentRequestGeneral"))
+            return false;
+        bool const astroBefore = data->getGeneral()->getEnableAstro();
+        data->getGeneral()->update(object, true);
+        if (astroBefore && !data->getGeneral()->getEnableAstro()) {
+            frame.log(QStringLiteral("[") + frame.getName()
+                          + QStringLiteral("] Astronomical watch has been disabled! Run consistency!"),
+                      ::utility::logs::warning, "onPersistentRequestGeneral");
+            return true;
+        }
+        return false;
+    });
+}
+
+void ps_handler_request_t::onPersistentRequestGeneralParam(QJsonObject _packet)
+{
+    handle("onPersistentRequestGeneralParam", _packet, [&](persistent_t*, ps_data_t* data) {
+        data->getGeneral()->update_param(ps_general_t::param_enable_img_upd,
+                                         _packet.value(QStringLiteral("payload")), true);
+        return false;
+    });
+}
+
+void ps_handler_request_t::onPersistentRequestInformation(QJsonObject _packet)
+{
+    handleObject<ps_information_t>("onPersistentRequestInformation", _packet, false,
+                                   [](ps_data_t* data, ps_information_t* object) {
+                                       data->getInformation()->update(object, true);
+                                   });
+}
+
+void ps_handler_request_t::onPersistentRequestStorage(QJsonObject _packet)
+{
+    handle("onPersistentRequestStorage", _packet, [&](persistent_t*, ps_data_t* data) {
+        data->getStorage()->update(handler_frame_t::pathUnder(_packet, literals::key_storage),
+                                   _packet.value(QStringLiteral("payload")), true);
+        return false;
+    });
+}
+
+void ps_handler_request_t::onPersistentRequestUsers(QJsonObject _packet)
+{
+    handle("onPersistentRequestUsers", _packet, [&](persistent_t*, ps_data_t*) {
+        ps_users_map map;
+        if (!frame.payloadMap(_packet, map, "onPersistentRequestUsers"))
+            return false;
+        bool check = false;
+        for (auto it = map.begin(); it != map.end(); ++it)
+            handlePersistentRequestUsers(it.value(), it.key(), check);
+        return true;
+    });
+}
+
+void ps_handler_request_t::onPersistentRequestUser(QJsonObject _packet, QString _key)
+{
+    handle("onPersistentRequestUser", _packet, [&](persistent_t*, ps_data_t*) {
+        ps_object_user_t* object = nullptr;
+        if (!frame.payloadObject(_packet, object, "onPersistentRequestUser"))
+            return false;
+        bool check = false;
+        handlePersistentRequestUsers(object, _key, check);
+        return check;
+    });
+}
+
+void ps_handler_request_t::onPersistentRequestDrivers(QJsonObject _packet)
+{
+    handleObject<ps_drivers_t>("onPersistentRequestDrivers", _packet, true, [](ps_data_t* data, ps_drivers_t* object) {
+        data->getDrivers()->update(object);
+    });
+}
+
+void ps_handler_request_t::onPersistentRequestDriversInternal(QJsonObject _packet)
+{
+    handleObject<ps_drivers_internal_t>("onPersistentRequestDriversInternal", _packet, true, [](ps_data_t* data, ps_drivers_internal_t* object) {
+        data->getDrivers()->update_internal(object, true);
+    });
+}
+
+void ps_handler_request_t::onPersistentRequestDriversInternalSensors(QJsonObject _packet)
+{
+    handleObject<ps_object_driver_internal_sensors_t>("onPersistentRequestDriversInternalSensors", _packet, true, [](ps_data_t* data, ps_object_driver_internal_sensors_t* object) {
+        data->getDrivers()->getInternal()->update(object, true);
+    });
+}
+
+void ps_handler_request_t::onPersistentRequestDriversKnx(QJsonObject _packet)
+{
+    handleObject<ps_drivers_knx_t>("onPersistentRequestDriversKnx", _packet, true, [](ps_data_t* data, ps_drivers_knx_t* object) {
+        data->getDrivers()->update_knx(object, true);
+    });
+}
+
+void ps_handler_request_t::onPersistentRequestDriverKnxBus(QJsonObject _packet, QString _key)
+{
+    handleObject<ps_object_drivers_knx_bus_t>("onPersistentRequestDriverKnxBus", _packet, true, [&](ps_data_t* data, ps_object_drivers_knx_bus_t* object) {
+        data->getDrivers()->getKnx()->update_driver(_key, object, true);
+    });
+}
+
+void ps_handler_request_t::onPersistentRequestDriversBaos(QJsonObject _packet)
+{
+    handleObject<ps_drivers_baos_t>("onPersistentRequestDriversBaos", _packet, true, [](ps_data_t* data, ps_drivers_baos_t* object) {
+        data->getDrivers()->update_baos(object, true);
+    });
+}
+
+void ps_handler_request_t::onPersistentRequestDriverBaosBus(QJsonObject _packet, QString _key)
+{
+    handleObject<ps_object_drivers_baos_bus_t>("onPersistentRequestDriverBaosBus", _packet, true, [&](ps_data_t* data, ps_object_drivers_baos_bus_t* object) {
+        data->getDrivers()->getBaos()->update_bus(_key, object, true);
+    });
+}
+
+void ps_handler_request_t::onPersistentRequestDriversClock(QJsonObject _packet)
+{
+    handleObject<ps_drivers_clock_t>("onPersistentRequestDriversClock", _packet, true, [](ps_data_t* data, ps_drivers_clock_t* object) {
+        data->getDrivers()->update_clock(object, true);
+    });
+}
+
+void ps_handler_request_t::onPersistentRequestDriversKnxEnabled(QJsonObject _packet)
+{
+    handle("onPersistentRequestDriversKnxEnabled", _packet, [&](persistent_t*, ps_data_t* data) {
+        QJsonValue value;
+        if (!frame.payloadValue(_packet, QJsonValue::Bool, value, "onPersistentRequestDriversKnxEnabled"))
+            return false;
+        // Only one KNX access may be on at a time; switching one off touches nothing else.
+        if (value.toBool())
+            data->getDrivers()->getBaos()->update_enabled(false, true);
+        data->getDrivers()->getKnx()->update_enabled(value.toBool(), true);
+        return false;
+    });
+}
+
+void ps_handler_request_t::onPersistentRequestDriversBaosEnabled(QJsonObject _packet)
+{
+    handle("onPersistentRequestDriversBaosEnabled", _packet, [&](persistent_t*, ps_data_t* data) {
+        QJsonValue value;
+        if (!frame.payloadValue(_packet, QJsonValue::Bool, value, "onPersistentRequestDriversBaosEnabled"))
+            return false;
+        if (value.toBool())
+            data->getDrivers()->getKnx()->update_enabled(false, true);
+        data->getDrivers()->getBaos()->update_enabled(value.toBool(), true);
+        return false;
+    });
+}
+
+void ps_handler_request_t::onPersistentRequestDriversClockEnabled(QJsonObject _packet)
+{
+    handle("onPersistentRequestDriversClockEnabled", _packet, [&](persistent_t*, ps_data_t* data) {
+        QJsonValue value;
+        if (frame.payloadValue(_packet, QJsonValue::Bool, value, "onPersistentRequestDriversClockEnabled"))
+            data->getDrivers()->getClock()->update_enabled(value.toBool(), true);
+        return false;
+    });
+}
+
+void ps_handler_request_t::onPersistentRequestPresenceSimulation(QJsonObject _packet)
+{
+    handle("onPersistentRequestPresenceSimulation", _packet, [&](persistent_t*, ps_data_t*) {
+        ps_presencesimulation_t* object = nullptr;
+        bool check = false;
+        if (frame.payloadObject(_packet, object, "onPersistentRequestPresenceSimulation"))
+            handlePersistentRequestPresenceSimulation(object, check);
+        return check;
+    });
+}
+
+void ps_handler_request_t::onPersistentRequestSmartButton(QJsonObject _packet)
+{
+    handle("onPersistentRequestSmartButton", _packet, [&](persistent_t*, ps_data_t*) {
+        ps_smartbutton_t* object = nullptr;
+        bool check = false;
+        if (frame.payloadObject(_packet, object, "onPersistentRequestSmartButton"))
+            handlePersistentRequestSmartButton(object, check);
+        return check;
+    });
+}
+
+void ps_handler_request_t::onPersistentRequestItems(QJsonObject _packet)
+{
+    handle("onPersistentRequestItems", _packet, [&](persistent_t*, ps_data_t*) {
+        ps_items_map map;
+        bool check = false;
+        if (frame.payloadMap(_packet, map, "onPersistentRequestItems"))
+            handleRequestItem(map, check);
+        return check;
+    });
+}
+
+void ps_handler_request_t::onPersistentRequestItem(QJsonObject _packet, QString _key)
+{
+    handle("onPersistentRequestItem", _packet, [&](persistent_t*, ps_data_t*) {
+        ps_object_item_t* object = nullptr;
+        bool check = false;
+        if (frame.payloadObject(_packet, object, "onPersistentRequestItem"))
+            handlePersistentRequestItem(object, _key, check);
+        return check;
+    });
+}
+
+} // namespace database

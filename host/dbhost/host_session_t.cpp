@@ -1,0 +1,225 @@
+#include "host_session_t.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QJsonDocument>
+#include <QMetaMethod>
+
+#include <csignal>
+#include <cstdio>
+#include <fcntl.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include "database/database_t.h"
+#include "database/persistent/persistent_t.h"
+
+namespace {
+
+int signalPipe[2] = {-1, -1};
+
+void onUnixSignal(int)
+{
+    char const byte = 1;
+    // Only async-signal-safe calls here: the event loop does the rest.
+    [[maybe_unused]] ssize_t const written = ::write(signalPipe[0], &byte, 1);
+}
+
+} // namespace
+
+host_session_t::host_session_t(database::database_t* _database, host_store_t* _store, QObject* parent)
+    : QObject(parent)
+    , database(_database)
+    , store(_store)
+{
+    database::persistent::persistent_t* engine = database->getPersistent();
+    connect(engine, &database::persistent::persistent_t::onSaveRequest, this, &host_session_t::onSaveRequest,
+            Qt::QueuedConnection);
+    connect(engine, &database::persistent::persistent_t::onPersistentRequest, this, &host_session_t::onRequest);
+    connect(engine, &database::persistent::persistent_t::onPersistentObjectNotExist, this,
+            &host_session_t::onObjectNotExist);
+    connect(engine, &database::persistent::persistent_t::onPersistentObjectError, this,
+            &host_session_t::onObjectError);
+
+    // Every change signal of the router, whatever its section: one line each.
+    QObject* router = engine->getHandlerTopic();
+    QMetaObject const* meta = router->metaObject();
+    QMetaMethod const plain = metaObject()->method(metaObject()->indexOfSlot("onChange(QJsonObject)"));
+    QMetaMethod const keyed = metaObject()->method(metaObject()->indexOfSlot("onChangeKey(QJsonObject,QString)"));
+    for (int i = meta->methodOffset(); i < meta->methodCount(); ++i) {
+        QMetaMethod const signal = meta->method(i);
+        if (signal.methodType() != QMetaMethod::Signal || !signal.name().startsWith("onPersistentChange"))
+            continue;
+        connect(router, signal, this, signal.parameterCount() == 2 ? keyed : plain);
+    }
+    lastSavedHash = engine->getHash();
+}
+
+host_session_t::~host_session_t() = default;
+
+bool host_session_t::installSignalHandlers()
+{
+    if (::socketpair(AF_UNIX, SOCK_STREAM, 0, signalPipe) != 0)
+        return false;
+    struct sigaction action = {};
+    action.sa_handler = onUnixSignal;
+    sigemptyset(&action.sa_mask);
+    action.sa_flags = SA_RESTART;
+    return ::sigaction(SIGINT, &action, nullptr) == 0 && ::sigaction(SIGTERM, &action, nullptr) == 0;
+}
+
+void host_session_t::start()
+{
+    if (signalPipe[1] >= 0) {
+        signalNotifier = new QSocketNotifier(signalPipe[1], QSocketNotifier::Read, this);
+        connect(signalNotifier, &QSocketNotifier::activated, this, &host_session_t::onSignal);
+    }
+    ::fcntl(STDIN_FILENO, F_SETFL, ::fcntl(STDIN_FILENO, F_GETFL) | O_NONBLOCK);
+    input = new QSocketNotifier(STDIN_FILENO, QSocketNotifier::Read, this);
+    connect(input, &QSocketNotifier::activated, this, &host_session_t::readInput);
+    // A regular file never signals readiness again after the first time on
+    // some platforms: read what is there at once.
+    QMetaObject::invokeMethod(this, &host_session_t::readInput, Qt::QueuedConnection);
+}
+
+void host_session_t::readInput()
+{
+    char buffer[65536];
+    for (;;) {
+        ssize_t const got = ::read(STDIN_FILENO, buffer, sizeof buffer);
+        if (got > 0) {
+            pending.append(buffer, got);
+            qsizetype end;
+            while ((end = pending.indexOf('\n')) >= 0) {
+                QByteArray const line = pending.left(end);
+                pending.remove(0, end + 1);
+                handleLine(line);
+            }
+            continue;
+        }
+        if (got == 0) {
+            // End of input: a last line without its newline still counts.
+            if (!pending.trimmed().isEmpty())
+                handleLine(pending);
+            pending.clear();
+            finish();
+        }
+        return; // EAGAIN: wait for the notifier
+    }
+}
+
+void host_session_t::handleLine(QByteArray const& line)
+{
+    ++lineNumber;
+    if (line.trimmed().isEmpty())
+        return;
+    QJsonParseError error;
+    QJsonDocument const document = QJsonDocument::fromJson(line, &error);
+    if (error.error != QJsonParseError::NoError || !document.isObject()) {
+        std::fprintf(stderr, "dbhost: line %lld is not a JSON object, skipped\n", static_cast<long long>(lineNumber));
+        return;
+    }
+    QJsonObject const packet = document.object();
+    if (!packet.value(QStringLiteral("topic")).isString()) {
+        std::fprintf(stderr, "dbhost: line %lld has no topic, skipped\n", static_cast<long long>(lineNumber));
+        return;
+    }
+    if (!database->getPersistent()->update(packet))
+        emitLine({{QStringLiteral("event"), QStringLiteral("refused")}, {QStringLiteral("packet"), packet}});
+}
+
+void host_session_t::emitLine(QJsonObject const& line)
+{
+    QByteArray const text = QJsonDocument(line).toJson(QJsonDocument::Compact);
+    std::fwrite(text.constData(), 1, size_t(text.size()), stdout);
+    std::fputc('\n', stdout);
+    std::fflush(stdout);
+}
+
+QString host_session_t::changeSignalName() const
+{
+    int const index = senderSignalIndex();
+    return index < 0 ? QString() : QString::fromLatin1(sender()->metaObject()->method(index).name());
+}
+
+void host_session_t::onChange(QJsonObject _packet)
+{
+    emitLine({{QStringLiteral("event"), QStringLiteral("change")},
+              {QStringLiteral("signal"), changeSignalName()},
+              {QStringLiteral("packet"), _packet}});
+}
+
+void host_session_t::onChangeKey(QJsonObject _packet, QString _key)
+{
+    emitLine({{QStringLiteral("event"), QStringLiteral("change")},
+              {QStringLiteral("signal"), changeSignalName()},
+              {QStringLiteral("key"), _key},
+              {QStringLiteral("packet"), _packet}});
+}
+
+void host_session_t::onRequest(QJsonObject _packet)
+{
+    emitLine({{QStringLiteral("event"), QStringLiteral("request")}, {QStringLiteral("packet"), _packet}});
+}
+
+void host_session_t::onObjectNotExist(QJsonObject _packet)
+{
+    emitLine({{QStringLiteral("event"), QStringLiteral("not_exist")}, {QStringLiteral("packet"), _packet}});
+}
+
+void host_session_t::onObjectError(QJsonObject _packet, QString _message)
+{
+    emitLine({{QStringLiteral("event"), QStringLiteral("error")},
+              {QStringLiteral("message"), _message},
+              {QStringLiteral("packet"), _packet}});
+}
+
+void host_session_t::onSaveRequest()
+{
+    if (!finished)
+        saveNow();
+}
+
+void host_session_t::saveNow()
+{
+    database::persistent::persistent_t* engine = database->getPersistent();
+    QString const hash = engine->getHash();
+    // An image that is already on disk isn't written again: backups stay meaningful.
+    if (hash == lastSavedHash && QFile::exists(store->currentPath()))
+        return;
+    QString error;
+    if (store->save(engine, error)) {
+        lastSavedHash = hash;
+        ++saves;
+    } else {
+        std::fprintf(stderr, "dbhost: save failed: %s\n", qPrintable(error));
+    }
+}
+
+void host_session_t::drainEvents()
+{
+    // Packets travel through queued connections in several hops.
+    for (int round = 0; round < 16; ++round)
+        QCoreApplication::sendPostedEvents();
+}
+
+void host_session_t::onSignal()
+{
+    char byte;
+    [[maybe_unused]] ssize_t const got = ::read(signalPipe[1], &byte, 1);
+    std::fprintf(stderr, "dbhost: signal received, saving and leaving\n");
+    finish();
+}
+
+void host_session_t::finish()
+{
+    if (finished)
+        return;
+    if (input)
+        input->setEnabled(false);
+    drainEvents();
+    finished = true;
+    database->getPersistent()->serialize(false);
+    saveNow();
+    QCoreApplication::quit();
+}

@@ -1,0 +1,163 @@
+#include "host_store_t.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonObject>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "database/persistent/persistent_t.h"
+
+host_store_t::host_store_t(QString const& path, int _backups)
+    : folder(path)
+    , backups(qMax(0, _backups))
+{
+}
+
+QString host_store_t::currentPath() const
+{
+    return folder.filePath(QStringLiteral("persistent.json"));
+}
+
+QString host_store_t::backupPath(int n) const
+{
+    return currentPath() + QLatin1Char('.') + QString::number(n);
+}
+
+QString host_store_t::temporaryPath() const
+{
+    return currentPath() + QStringLiteral(".tmp");
+}
+
+bool host_store_t::prepare(QString& error) const
+{
+    if (folder.exists() || folder.mkpath(QStringLiteral(".")))
+        return true;
+    error = QStringLiteral("cannot create the data folder ") + folder.absolutePath();
+    return false;
+}
+
+QString host_store_t::stamp(QDateTime const& when)
+{
+    return when.toUTC().toString(QStringLiteral("yyyyMMdd'T'HHmmss'Z'"));
+}
+
+bool host_store_t::loadFile(database::persistent::persistent_t* engine, QString const& path) const
+{
+    QFileInfo const info(path);
+    if (!info.exists() || info.size() == 0)
+        return false;
+    int result = 0;
+    bool const loaded = !engine->loadFromFile(path, result).isEmpty() && result >= 0;
+    // A document that parses but doesn't fit the model leaves the engine without a tree.
+    if (loaded && engine->getData())
+        return true;
+    if (!engine->getData())
+        engine->initSerializer();
+    return false;
+}
+
+QString host_store_t::putAside(QString const& path, QString& error) const
+{
+    QString aside = path + QStringLiteral(".corrupt-") + stamp(QDateTime::currentDateTimeUtc());
+    for (int n = 1; QFileInfo::exists(aside); ++n)
+        aside = path + QStringLiteral(".corrupt-") + stamp(QDateTime::currentDateTimeUtc()) + QLatin1Char('-')
+                + QString::number(n);
+    if (!QFile::rename(path, aside)) {
+        error = QStringLiteral("cannot move ") + path + QStringLiteral(" aside");
+        return QString();
+    }
+    syncFolder(folder.absolutePath());
+    return aside;
+}
+
+bool host_store_t::load(database::persistent::persistent_t* engine, QStringList& notes)
+{
+    QString const current = currentPath();
+    if (!QFileInfo::exists(current)) {
+        notes.append(QStringLiteral("no database in ") + folder.absolutePath()
+                     + QStringLiteral(": starting from the factory database"));
+        return true;
+    }
+    if (loadFile(engine, current))
+        return true;
+
+    QString error;
+    QString const aside = putAside(current, error);
+    notes.append(aside.isEmpty() ? error
+                                 : QStringLiteral("the database file is empty or unreadable; kept as ") + aside);
+    for (int n = 1; n <= backups; ++n) {
+        QString const backup = backupPath(n);
+        if (!QFileInfo::exists(backup))
+            continue;
+        if (loadFile(engine, backup)) {
+            notes.append(QStringLiteral("recovered from the backup ") + backup);
+            return true;
+        }
+        notes.append(QStringLiteral("the backup ") + backup + QStringLiteral(" does not load either"));
+    }
+    notes.append(QStringLiteral("no backup loads: starting from the factory database"));
+    return false;
+}
+
+void host_store_t::rotateBackups() const
+{
+    if (backups == 0)
+        return;
+    // The oldest goes first so that every rename has a free name.
+    QFile::remove(backupPath(backups));
+    for (int n = backups - 1; n >= 1; --n) {
+        if (QFileInfo::exists(backupPath(n)))
+            QFile::rename(backupPath(n), backupPath(n + 1));
+    }
+}
+
+bool host_store_t::save(database::persistent::persistent_t* engine, QString& error)
+{
+    QString const temporary = temporaryPath();
+    QString const current = currentPath();
+    if (!engine->saveToFile(temporary, false)) {
+        error = QStringLiteral("cannot write ") + temporary;
+        QFile::remove(temporary);
+        return false;
+    }
+    if (QFileInfo(temporary).size() == 0 || !syncFile(temporary)) {
+        error = QStringLiteral("the new database file is empty or not on disk");
+        QFile::remove(temporary);
+        return false;
+    }
+    if (QFileInfo::exists(current) && backups > 0) {
+        rotateBackups();
+        // A hard link keeps the current file in place until the rename below
+        // replaces it: at every instant a complete database is on disk.
+        if (::link(QFile::encodeName(current).constData(), QFile::encodeName(backupPath(1)).constData()) != 0)
+            QFile::copy(current, backupPath(1));
+    }
+    if (::rename(QFile::encodeName(temporary).constData(), QFile::encodeName(current).constData()) != 0) {
+        error = QStringLiteral("cannot replace ") + current;
+        return false;
+    }
+    syncFolder(folder.absolutePath());
+    return true;
+}
+
+bool host_store_t::syncFile(QString const& path)
+{
+    int const fd = ::open(QFile::encodeName(path).constData(), O_RDONLY);
+    if (fd < 0)
+        return false;
+    bool const ok = ::fsync(fd) == 0;
+    ::close(fd);
+    return ok;
+}
+
+bool host_store_t::syncFolder(QString const& path)
+{
+    int const fd = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY);
+    if (fd < 0)
+        return false;
+    bool const ok = ::fsync(fd) == 0;
+    ::close(fd);
+    return ok;
+}

@@ -1,0 +1,220 @@
+#include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QProcess>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <csignal>
+
+namespace {
+
+QByteArray itemLine(QString const& id, QString const& name, QString const& driver = QStringLiteral("drivers/driver_knx/1"))
+{
+    QJsonObject const payload{{"id_driver", driver}, {"name", name}, {"description", ""}, {"enabled", true},
+                              {"status", "1/1/2"}, {"command", "1/1/1"}, {"feedback", "1/1/3"}, {"type", "dtp_1"},
+                              {"typeformat", ""}, {"interpreter", ""}, {"tracking", false}, {"flags", 0}};
+    QJsonObject const packet{{"topic", "request/DB/persistent/items/objects_list/" + id}, {"payload", payload}};
+    return QJsonDocument(packet).toJson(QJsonDocument::Compact) + '\n';
+}
+
+QJsonObject readJson(QString const& path, bool* ok = nullptr)
+{
+    QFile file(path);
+    QJsonParseError error{};
+    QJsonDocument document;
+    if (file.open(QIODevice::ReadOnly))
+        document = QJsonDocument::fromJson(file.readAll(), &error);
+    if (ok)
+        *ok = file.isOpen() && error.error == QJsonParseError::NoError && document.isObject();
+    return document.object();
+}
+
+struct run_t {
+    int exitCode = -1;
+    QList<QJsonObject> lines;
+    QString errors;
+};
+
+/// Runs the host on a data folder with the given input and waits for it to end.
+run_t runHost(QString const& folder, QByteArray const& input, QStringList const& extra = {})
+{
+    QProcess host;
+    host.start(QStringLiteral(DBHOST), QStringList{"--data", folder, "--log-level", "2"} + extra);
+    run_t run;
+    if (!host.waitForStarted())
+        return run;
+    host.write(input);
+    host.closeWriteChannel();
+    if (!host.waitForFinished(60000))
+        return run;
+    run.exitCode = host.exitCode();
+    for (QByteArray const& line : host.readAllStandardOutput().split('\n')) {
+        if (!line.isEmpty())
+            run.lines.append(QJsonDocument::fromJson(line).object());
+    }
+    run.errors = QString::fromUtf8(host.readAllStandardError());
+    return run;
+}
+
+QList<QJsonObject> withSignal(QList<QJsonObject> const& lines, QString const& signal)
+{
+    QList<QJsonObject> found;
+    for (QJsonObject const& line : lines) {
+        if (line.value("signal").toString() == signal)
+            found.append(line);
+    }
+    return found;
+}
+
+} // namespace
+
+class tst_dbhost : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void scriptedSessionPrintsChangesAndSaves()
+    {
+        QTemporaryDir dir;
+        QString const folder = dir.filePath("data");
+        QByteArray input = itemLine("L1", "Lamp") + itemLine("L2", "Blind") + itemLine("L1", "Hall lamp")
+                           + "{\"topic\":\"request/DB/persistent/items/objects_list/L2\",\"payload\":{}}\n"
+                           + "not json at all\n"
+                           + "{\"topic\":\"request/DB/persistent/drivers/driver_baos/enabled\",\"payload\":true}\n"
+                           + "{\"topic\":\"request/DB/persistent/nowhere\",\"payload\":1}\n"
+                           + "{\"payload\":1}\n"
+                           + itemLine("L3", "Truncated").left(40) + '\n';
+        run_t const run = runHost(folder, input);
+        QCOMPARE(run.exitCode, 0);
+
+        QList<QJsonObject> const items = withSignal(run.lines, "onPersistentChangeItem");
+        QCOMPARE(items.size(), 4);
+        QCOMPARE(items.at(0).value("key").toString(), QStringLiteral("L1"));
+        QCOMPARE(items.at(2).value("packet").toObject().value("payload").toObject().value("name").toString(),
+                 QStringLiteral("Hall lamp"));
+        QVERIFY(items.at(3).value("packet").toObject().value("payload").isNull());
+        QVERIFY(!withSignal(run.lines, "onPersistentChangeDriversBaosEnabled").isEmpty());
+        QVERIFY(!withSignal(run.lines, "onPersistentChangeDriversKnxEnabled").isEmpty());
+        int refused = 0;
+        for (QJsonObject const& line : run.lines)
+            refused += line.value("event").toString() == QLatin1String("refused") ? 1 : 0;
+        QCOMPARE(refused, 1);
+        QVERIFY(run.errors.contains("line 5 is not a JSON object"));
+        QVERIFY(run.errors.contains("line 8 has no topic"));
+        QVERIFY(run.errors.contains("line 9 is not a JSON object"));
+
+        bool ok = false;
+        QJsonObject const saved = readJson(folder + "/persistent.json", &ok);
+        QVERIFY(ok);
+        QJsonObject const list = saved.value("items").toObject().value("objects_list").toObject();
+        QCOMPARE(list.keys(), QStringList{"L1"});
+        QCOMPARE(list.value("L1").toObject().value("name").toString(), QStringLiteral("Hall lamp"));
+        QCOMPARE(saved.value("drivers").toObject().value("driver_baos").toObject().value("enabled").toBool(), true);
+        QCOMPARE(saved.value("drivers").toObject().value("driver_knx").toObject().value("enabled").toBool(), false);
+        QVERIFY(!QFile::exists(folder + "/persistent.json.tmp"));
+
+        // A second run starts from what the first saved, and keeps the first as a backup.
+        run_t const again = runHost(folder, itemLine("L4", "Fan"));
+        QCOMPARE(again.exitCode, 0);
+        QVERIFY2(again.errors.isEmpty(), qPrintable(again.errors));
+        QJsonObject const second = readJson(folder + "/persistent.json");
+        QCOMPARE(second.value("items").toObject().value("objects_list").toObject().keys(),
+                 (QStringList{"L1", "L4"}));
+        QCOMPARE(readJson(folder + "/persistent.json.1"), saved);
+    }
+
+    void killedWhileSavingLeavesALoadableDatabase()
+    {
+        QTemporaryDir dir;
+        QString const folder = dir.filePath("data");
+        QByteArray burst;
+        for (int i = 0; i < 400; ++i)
+            burst += itemLine(QStringLiteral("K%1").arg(i % 50), QStringLiteral("name %1").arg(i));
+        for (int round = 0; round < 12; ++round) {
+            QProcess host;
+            host.start(QStringLiteral(DBHOST), QStringList{"--data", folder, "--log-level", "1", "--backups", "2"});
+            QVERIFY(host.waitForStarted());
+            host.write(burst);
+            QTest::qWait(int(QRandomGenerator::global()->bounded(20, 400)));
+            host.kill();
+            QVERIFY(host.waitForFinished());
+            for (QString const& name : QDir(folder).entryList({"persistent.json", "persistent.json.?"}, QDir::Files)) {
+                bool ok = false;
+                QJsonObject const document = readJson(folder + "/" + name, &ok);
+                QVERIFY2(ok, qPrintable(name + " is not a complete database after a kill"));
+                QVERIFY(document.contains("items"));
+            }
+        }
+        run_t const after = runHost(folder, QByteArray());
+        QCOMPARE(after.exitCode, 0);
+        QVERIFY2(!after.errors.contains("unreadable"), qPrintable(after.errors));
+        QVERIFY(QDir(folder).entryList({"*.corrupt-*"}, QDir::Files).isEmpty());
+    }
+
+    void badFileIsKeptAsideAndNewestBackupUsed_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::newRow("empty file") << QByteArray();
+        QTest::newRow("truncated file") << QByteArray("{\n    \"general\": {\n        \"descr");
+    }
+
+    void badFileIsKeptAsideAndNewestBackupUsed()
+    {
+        QFETCH(QByteArray, content);
+        QTemporaryDir dir;
+        QString const folder = dir.filePath("data");
+        QCOMPARE(runHost(folder, itemLine("A", "first")).exitCode, 0);
+        QCOMPARE(runHost(folder, itemLine("B", "second")).exitCode, 0);
+        QJsonObject const newestBackup = readJson(folder + "/persistent.json.1");
+        QVERIFY(newestBackup.value("items").toObject().value("objects_list").toObject().contains("A"));
+        {
+            QFile file(folder + "/persistent.json");
+            QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+            file.write(content);
+        }
+        run_t const run = runHost(folder, QByteArray());
+        QCOMPARE(run.exitCode, 0);
+        QVERIFY2(run.errors.contains("empty or unreadable; kept as"), qPrintable(run.errors));
+        QVERIFY(run.errors.contains("recovered from the backup " + folder + "/persistent.json.1"));
+        QStringList const aside = QDir(folder).entryList({"persistent.json.corrupt-*"}, QDir::Files);
+        QCOMPARE(aside.size(), 1);
+        QVERIFY(!aside.first().contains(':'));
+        QFile kept(folder + "/" + aside.first());
+        QVERIFY(kept.open(QIODevice::ReadOnly));
+        QCOMPARE(kept.readAll(), content);
+        QCOMPARE(readJson(folder + "/persistent.json").value("items"), newestBackup.value("items"));
+    }
+
+    void firstRunCreatesTheFactoryDatabase()
+    {
+        QTemporaryDir dir;
+        QString const folder = dir.filePath("fresh/data");
+        run_t const run = runHost(folder, QByteArray(), {"--brand", "VESTRA"});
+        QCOMPARE(run.exitCode, 0);
+        QVERIFY(run.errors.contains("starting from the factory database"));
+        QJsonObject const saved = readJson(folder + "/persistent.json");
+        QCOMPARE(saved.value("drivers").toObject().value("knx_mode").toString(), QStringLiteral("baos"));
+        QCOMPARE(saved.value("versions").toObject().value("database").toString(), QStringLiteral("4.0.0"));
+    }
+
+    void terminationSavesBeforeLeaving()
+    {
+        QTemporaryDir dir;
+        QString const folder = dir.filePath("data");
+        QProcess host;
+        host.start(QStringLiteral(DBHOST), QStringList{"--data", folder, "--log-level", "1"});
+        QVERIFY(host.waitForStarted());
+        host.write(itemLine("T1", "before term"));
+        QTRY_VERIFY(host.bytesAvailable() > 0 || host.waitForReadyRead(100));
+        host.terminate();
+        QVERIFY(host.waitForFinished(10000));
+        QCOMPARE(host.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(readJson(folder + "/persistent.json").value("items").toObject().value("objects_list").toObject().keys(),
+                 QStringList{"T1"});
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_dbhost)
+#include "tst_dbhost.moc"

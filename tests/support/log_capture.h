@@ -1,0 +1,50 @@
+#ifndef TESTS_SUPPORT_LOG_CAPTURE_H
+#define TESTS_SUPPORT_LOG_CAPTURE_H
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include "platform/logs/classlogs.h"
+
+/// Records every line handed to the logger while it lives, synchronously.
+class log_capture_t
+{
+public:
+    log_capture_t()
+    {
+        ::utility::logs::classlogs::getInstance()->setCapture(
+            [this](::utility::logs::logrecord const& record) { records.append(record); });
+    }
+    ~log_capture_t() { ::utility::logs::classlogs::getInstance()->setCapture(nullptr); }
+
+    log_capture_t(log_capture_t const&) = delete;
+    log_capture_t& operator=(log_capture_t const&) = delete;
+
+    void clear() { records.clear(); }
+
+    QStringList messages() const
+    {
+        QStringList texts;
+        for (auto const& record : records)
+            texts.append(record.message);
+        return texts;
+    }
+
+    /// The lines that contain text, at the given level (any level for 0).
+    QList<::utility::logs::logrecord> matching(QString const& text, int level = 0) const
+    {
+        QList<::utility::logs::logrecord> found;
+        for (auto const& record : records) {
+            if (record.message.contains(text) && (level == 0 || record.level == level))
+                found.append(record);
+        }
+        return found;
+    }
+
+    bool contains(QString const& text, int level = 0) const { return !matching(text, level).isEmpty(); }
+
+    QList<::utility::logs::logrecord> records;
+};
+
+#endif // TESTS_SUPPORT_LOG_CAPTURE_H
