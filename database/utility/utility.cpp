@@ -11,6 +11,7 @@
 
 #include "database/persistent/objects/ps_object_item_t.h"
 #include "database/persistent/objects/ps_object_t.h"
+#include "database/persistent/objects/ps_object_user_t.h"
 #include "platform/logs/classlogs.h"
 #include "platform/qjsonserializer/qjsonserializer.h"
 
@@ -149,6 +150,7 @@ void utility::initPersistentType(bool run)
     using namespace persistent::objects;
     QJsonSerializer::registerMapAlias<ps_object_item_t>("ps_items_map");
     QJsonSerializer::registerMapAlias<ps_object_t>("ps_objects_map");
+    QJsonSerializer::registerMapAlias<ps_object_user_t>("ps_users_map");
 }
 
 void utility::initRealTimeType(bool run)
