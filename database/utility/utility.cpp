@@ -9,6 +9,8 @@
 #include <QTime>
 #include <QUuid>
 
+#include "database/persistent/dbs/drivers/ps_object_drivers_baos_bus_t.h"
+#include "database/persistent/dbs/drivers/ps_object_drivers_knx_bus_t.h"
 #include "database/persistent/objects/ps_object_item_t.h"
 #include "database/persistent/objects/ps_object_t.h"
 #include "database/persistent/objects/ps_object_user_t.h"
@@ -151,6 +153,8 @@ void utility::initPersistentType(bool run)
     QJsonSerializer::registerMapAlias<ps_object_item_t>("ps_items_map");
     QJsonSerializer::registerMapAlias<ps_object_t>("ps_objects_map");
     QJsonSerializer::registerMapAlias<ps_object_user_t>("ps_users_map");
+    QJsonSerializer::registerMapAlias<drivers::ps_object_drivers_knx_bus_t>("ps_drivers_knx_bus_map");
+    QJsonSerializer::registerMapAlias<drivers::ps_object_drivers_baos_bus_t>("ps_drivers_baos_bus_map");
 }
 
 void utility::initRealTimeType(bool run)
