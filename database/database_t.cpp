@@ -94,6 +94,16 @@ persistent::persistent_t* database_t::getPersistent() const
     return persistent;
 }
 
+ps_handler_request_t* database_t::getHandlerRequest() const
+{
+    return ps_handler_request;
+}
+
+ps_handler_status_t* database_t::getHandlerStatus() const
+{
+    return ps_handler_status;
+}
+
 void database_t::setService(::database::definition::service_t const& _service)
 {
     service = _service;

@@ -53,8 +53,8 @@ public:
     /// Repeats the present state of the topic of a failed request to local listeners.
     void roolbackPacket(QJsonObject packet);
 
-    ps_handler_request_t* getHandlerRequest() const { return ps_handler_request; }
-    ps_handler_status_t* getHandlerStatus() const { return ps_handler_status; }
+    ps_handler_request_t* getHandlerRequest() const;
+    ps_handler_status_t* getHandlerStatus() const;
 
 Q_SIGNALS:
     void onSyncRT(bool softreset, bool _save);

@@ -6,6 +6,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QMutexLocker>
+#include <QLoggingCategory>
 #include <QtDebug>
 
 #include "database/base/literals.h"

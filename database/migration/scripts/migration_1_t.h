@@ -15,7 +15,7 @@ class DATABASE_EXPORT migration_1_t : public migration_base_t
 {
     Q_OBJECT
 public:
-    static const int migration_version = 1;
+    static constexpr int migration_version = 1;
 
     explicit migration_1_t(QObject* parent = nullptr);
 };

@@ -15,7 +15,7 @@ class DATABASE_EXPORT migration_2_t : public migration_base_t
 {
     Q_OBJECT
 public:
-    static const int migration_version = 2;
+    static constexpr int migration_version = 2;
 
     explicit migration_2_t(QObject* parent = nullptr);
 };

@@ -15,7 +15,7 @@ class DATABASE_EXPORT migration_3_t : public migration_base_t
 {
     Q_OBJECT
 public:
-    static const int migration_version = 3;
+    static constexpr int migration_version = 3;
 
     explicit migration_3_t(QObject* parent = nullptr);
 };

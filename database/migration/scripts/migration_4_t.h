@@ -15,7 +15,7 @@ class DATABASE_EXPORT migration_4_t : public migration_base_t
 {
     Q_OBJECT
 public:
-    static const int migration_version = 4;
+    static constexpr int migration_version = 4;
 
     explicit migration_4_t(QObject* parent = nullptr);
 };

@@ -15,7 +15,7 @@ class DATABASE_EXPORT migration_5_t : public migration_base_t
 {
     Q_OBJECT
 public:
-    static const int migration_version = 5;
+    static constexpr int migration_version = 5;
 
     explicit migration_5_t(QObject* parent = nullptr);
 
