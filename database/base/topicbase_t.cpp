@@ -110,6 +110,11 @@ void topicbase_t::publishSelf()
     Q_EMIT onUpdated(getPacketUpdated(topic, toJson()));
 }
 
+void topicbase_t::publishField(QString const& key, QJsonValue const& value)
+{
+    Q_EMIT onUpdated(getPacketUpdated(topic + QLatin1Char('/') + key, value));
+}
+
 void topicbase_t::refuseNull()
 {
     Q_EMIT onObjectError(getPacketUpdated(topic, QJsonValue()), QStringLiteral("Not permitted nullptr"));

@@ -45,6 +45,9 @@ public:
     /// Raises onUpdated with this object itself on its own topic.
     void publishSelf();
 
+    /// Raises onUpdated with a bare value on this object's topic, "/" and key.
+    void publishField(QString const& key, QJsonValue const& value);
+
     /// Raises onObjectError for a null argument given to an update.
     void refuseNull();
 

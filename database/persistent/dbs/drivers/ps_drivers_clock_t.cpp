@@ -70,7 +70,8 @@ void ps_drivers_clock_t::update_enabled(bool value, bool _notify)
 {
     setEnabled(value);
     if (_notify)
-        send_update();
+        // The routers have a change route of its own for the flag.
+        publishField(QStringLiteral("enabled"), value);
 }
 
 void ps_drivers_clock_t::update_item_date(QString const& value, bool _notify)

@@ -58,7 +58,8 @@ public:
     {
         setEnabled(value);
         if (_notify)
-            send_update();
+            // The routers have a change route of its own for the flag.
+            this->publishField(QStringLiteral("enabled"), value);
     }
 
     /// Never null; see ps_object_map_t::list.
