@@ -202,31 +202,28 @@ void migration_t::migrate_persistent(QJsonObject& persistent, int& error)
 
 void migration_t::migrate_realtime(int major, QJsonObject& realtime, int& error)
 {
-    char const* source = "migrate_realtime";
-    if (major > current_major)
-        logTooHigh(major, source);
-    else if (major == current_major)
-        log(QStringLiteral("No migration to apply... same version..."), ::utility::logs::trace, source);
-    else
-        runScripts(major, source, true, [&](migration_base_t* script) {
-            script->migrate_realtime(brand, realtime, error);
-            CLASSLOGS_LOG(utility::JsonToString(realtime, QJsonDocument::Compact), ::utility::logs::trace,
-                          QString::fromLatin1(source));
-        });
+    migrateFollower(major, realtime, error, "migrate_realtime", &migration_base_t::migrate_realtime);
 }
 
 void migration_t::migrate_presencesimulation(int major, QJsonObject& presencesimulation, int& error)
 {
-    char const* source = "migrate_presencesimulation";
+    migrateFollower(major, presencesimulation, error, "migrate_presencesimulation",
+                    &migration_base_t::migrate_presencesimulation);
+}
+
+void migration_t::migrateFollower(int major, QJsonObject& document, int& error, char const* source,
+                                  script_operation_t operation)
+{
+    // These documents carry no version: the persistent side's major decides.
     if (major > current_major)
         logTooHigh(major, source);
     else if (major == current_major)
         log(QStringLiteral("No migration to apply... same version..."), ::utility::logs::trace, source);
     else
         runScripts(major, source, true, [&](migration_base_t* script) {
-            script->migrate_presencesimulation(brand, presencesimulation, error);
-            CLASSLOGS_LOG(utility::JsonToString(presencesimulation, QJsonDocument::Compact),
-                          ::utility::logs::trace, QString::fromLatin1(source));
+            (script->*operation)(brand, document, error);
+            CLASSLOGS_LOG(utility::JsonToString(document, QJsonDocument::Compact), ::utility::logs::trace,
+                          QString::fromLatin1(source));
         });
 }
 

@@ -71,6 +71,11 @@ private:
     /// traced runs announce themselves and log a separator before each script.
     template<class Run>
     bool runScripts(int major, char const* source, bool traced, Run run);
+    using script_operation_t = void (migration_base_t::*)(::database::definition::type_brand_t const&, QJsonObject&,
+                                                          int&);
+    /// The realtime and presence simulation documents: the same road without a version of their own.
+    void migrateFollower(int major, QJsonObject& document, int& error, char const* source,
+                         script_operation_t operation);
     void log(QString const& message, ::utility::logs::LogLevel level, char const* source) const;
 
     ::database::definition::type_brand_t brand = ::database::definition::type_brand_t::HALDO;

@@ -70,7 +70,7 @@ int main(int argc, char* argv[])
                                      QStringLiteral("n"), QStringLiteral("5"));
     QCommandLineOption const logLevel(QStringLiteral("log-level"),
                                       QStringLiteral("1 exceptions only ... 6 trace; lines go to standard error."),
-                                      QStringLiteral("level"), QStringLiteral("3"));
+                                      QStringLiteral("level"), QStringLiteral("2"));
     QCommandLineOption const dumpSection(QStringLiteral("dump"),
                                          QStringLiteral("Print a section of the saved database (\"all\" for "
                                                         "everything) and leave."),
