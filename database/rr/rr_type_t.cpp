@@ -1,0 +1,3 @@
+#include "database/rr/rr_type_t.h"
+
+DATABASE_STRING_TYPE_DEFINE(database::rr::rr_type_t);
