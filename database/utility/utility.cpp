@@ -14,6 +14,10 @@
 #include "database/persistent/objects/ps_object_item_t.h"
 #include "database/persistent/objects/ps_object_t.h"
 #include "database/persistent/objects/ps_object_user_t.h"
+#include "database/persistent/objects/thermo/ps_object_thermo_isteresi_t.h"
+#include "database/persistent/objects/thermo/ps_object_thermo_pi_t.h"
+#include "database/persistent/objects/thermo/ps_object_thermo_pwm_t.h"
+#include "database/persistent/objects/thermo/ps_object_thermostat_t.h"
 #include "platform/logs/classlogs.h"
 #include "platform/qjsonserializer/qjsonserializer.h"
 
@@ -155,6 +159,13 @@ void utility::initPersistentType(bool run)
     QJsonSerializer::registerMapAlias<ps_object_user_t>("ps_users_map");
     QJsonSerializer::registerMapAlias<drivers::ps_object_drivers_knx_bus_t>("ps_drivers_knx_bus_map");
     QJsonSerializer::registerMapAlias<drivers::ps_object_drivers_baos_bus_t>("ps_drivers_baos_bus_map");
+    QJsonSerializer::registerMapAlias<ps_object_thermostat_t>("ps_thermostat_map");
+    // The parts of a thermostat, created from their "@class".
+    QJsonSerializer::registerObjectType<ps_object_thermo_base_t>();
+    QJsonSerializer::registerObjectType<ps_object_thermo_isteresi_t>();
+    QJsonSerializer::registerObjectType<ps_object_thermo_pi_t>();
+    QJsonSerializer::registerObjectType<ps_object_thermo_pwm_t>();
+    QJsonSerializer::registerObjectType<ps_object_hydro_base_t>();
 }
 
 void utility::initRealTimeType(bool run)
