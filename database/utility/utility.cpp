@@ -18,6 +18,7 @@
 #include "database/persistent/objects/thermo/ps_object_thermo_pi_t.h"
 #include "database/persistent/objects/thermo/ps_object_thermo_pwm_t.h"
 #include "database/persistent/objects/thermo/ps_object_thermostat_t.h"
+#include "database/persistent/objects/schedulers/ps_object_scheduler_t.h"
 #include "platform/logs/classlogs.h"
 #include "platform/qjsonserializer/qjsonserializer.h"
 
@@ -157,6 +158,9 @@ void utility::initPersistentType(bool run)
     QJsonSerializer::registerMapAlias<ps_object_item_t>("ps_items_map");
     QJsonSerializer::registerMapAlias<ps_object_t>("ps_objects_map");
     QJsonSerializer::registerMapAlias<ps_object_user_t>("ps_users_map");
+    QJsonSerializer::registerMapAlias<ps_object_scheduler_t>("ps_schedulers_map");
+    QJsonSerializer::registerMapAlias<ps_object_cron_t>("ps_cron_map");
+    QJsonSerializer::registerMapAlias<ps_object_astro_t>("ps_astro_map");
     QJsonSerializer::registerMapAlias<drivers::ps_object_drivers_knx_bus_t>("ps_drivers_knx_bus_map");
     QJsonSerializer::registerMapAlias<drivers::ps_object_drivers_baos_bus_t>("ps_drivers_baos_bus_map");
     QJsonSerializer::registerMapAlias<ps_object_thermostat_t>("ps_thermostat_map");

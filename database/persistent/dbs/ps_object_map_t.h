@@ -80,6 +80,15 @@ public:
         return section->getTopic() + QLatin1Char('/') + listKey + QLatin1Char('/') + id;
     }
 
+    /// Gives each object of map the topic it would have in this list.
+    void giveTopics(map_t const& map) const
+    {
+        for (auto it = map.begin(); it != map.end(); ++it) {
+            if (it.value())
+                it.value()->setTopic(objectTopic(it.key()));
+        }
+    }
+
     /// Logs this line with the id whenever list() misses.
     void setMissLog(QString const& text) { missLog = text; }
 
@@ -115,10 +124,7 @@ public:
     /// Asks for the whole list.
     void requestSetAll(map_t const& map)
     {
-        for (auto it = map.begin(); it != map.end(); ++it) {
-            if (it.value())
-                it.value()->setTopic(objectTopic(it.key()));
-        }
+        giveTopics(map);
         Q_EMIT section->onRequest(base::topicbase_t::getPacketRequest(
             requestTopic(section->getTopic() + QLatin1Char('/') + listKey), toJson(map)));
     }
@@ -129,24 +135,38 @@ public:
     {
         if (id.isEmpty())
             return;
-        QString const topic = objectTopic(id);
         auto const found = objects.find(id);
         if (object) {
-            object->setTopic(topic);
-            if (found != objects.end() && found.value()) {
+            object->setTopic(objectTopic(id));
+            if (found != objects.end() && found.value())
                 found.value()->update(object, false);
-            } else {
-                T* copy = new T(*object);
-                objects.insert(id, copy);
-                copy->initRequestSignals(receiver, true);
-            }
+            else
+                insertCopy(id, new T(*object));
         } else if (found != objects.end()) {
-            if (T* existing = found.value()) {
-                existing->initRequestSignals(receiver, false);
-                existing->deleteLater();
-            }
-            objects.erase(found);
+            release(found);
         }
+        if (_notify)
+            sendUpdateObject(id);
+    }
+
+    /// For objects that are never merged: a copy of object takes the place of
+    /// whatever the id held, whose old object is unwired and released. Null
+    /// removes the id; an empty id changes and publishes nothing.
+    void replace(QString const& id, T* object, bool _notify)
+    {
+        if (id.isEmpty())
+            return;
+        T* copy = nullptr;
+        if (object) {
+            object->setTopic(objectTopic(id));
+            // Copied before the old one goes: object may be that very one.
+            copy = new T(*object);
+        }
+        auto const found = objects.find(id);
+        if (found != objects.end())
+            release(found);
+        if (copy)
+            insertCopy(id, copy);
         if (_notify)
             sendUpdateObject(id);
     }
@@ -207,12 +227,43 @@ public:
 
     void setReceiver(QObject* _receiver) { receiver = _receiver; }
 
+    /// Same keys and objects of equal content, by T::compare(T const*).
+    static bool sameContent(map_t const& mine, map_t const& theirs)
+    {
+        if (mine.keys() != theirs.keys())
+            return false;
+        for (auto it = mine.begin(); it != mine.end(); ++it) {
+            T const* their = theirs.value(it.key());
+            if (it.value() ? !it.value()->compare(their) : their != nullptr)
+                return false;
+        }
+        return true;
+    }
+
     static QJsonValue toJson(map_t const& map)
     {
         return utility::getInstance()->serializer()->serializeImpl(QVariant::fromValue(map));
     }
 
 private:
+    /// The map owns copy from here on, wired like every other object.
+    void insertCopy(QString const& id, T* copy)
+    {
+        objects.insert(id, copy);
+        copy->initRequestSignals(receiver, true);
+    }
+
+    /// Unwires the object, leaves its deletion to the event loop (a caller
+    /// may still hold it) and drops the key.
+    void release(typename map_t::iterator found)
+    {
+        if (T* existing = found.value()) {
+            existing->initRequestSignals(receiver, false);
+            existing->deleteLater();
+        }
+        objects.erase(found);
+    }
+
     base::topicbase_t* section;
     QString listKey;
     QString missLog;
