@@ -151,6 +151,32 @@ public:
             sendUpdateObject(id);
     }
 
+    /// Changes one object by replacing it whole: a copy of object takes the
+    /// id, and the object that held it before goes. For objects that are never
+    /// merged, such as a scenario, whose steps would otherwise mix. Null
+    /// removes; an empty id changes and publishes nothing.
+    void replace(QString const& id, T* object, bool _notify)
+    {
+        if (id.isEmpty())
+            return;
+        auto const found = objects.find(id);
+        if (found != objects.end()) {
+            if (T* existing = found.value()) {
+                existing->initRequestSignals(receiver, false);
+                existing->deleteLater();
+            }
+            objects.erase(found);
+        }
+        if (object) {
+            T* copy = new T(*object);
+            copy->setTopic(objectTopic(id));
+            objects.insert(id, copy);
+            copy->initRequestSignals(receiver, true);
+        }
+        if (_notify)
+            sendUpdateObject(id);
+    }
+
     /// Replaces the whole list by copies of map's objects. wire is the
     /// section's own initRequestSignals, which may reach further than the map.
     template<class Wire>
@@ -197,11 +223,20 @@ public:
     /// The objects' half of initRequestSignals, for sections with more than one map.
     void wireObjects(bool connect)
     {
+        retopic();
+        for (T* object : std::as_const(objects)) {
+            if (object)
+                object->initRequestSignals(receiver, connect);
+        }
+    }
+
+    /// Gives every object its topic under the owner's present one: owners
+    /// that move call it, since wiring alone needs a receiver.
+    void retopic()
+    {
         for (auto it = objects.begin(); it != objects.end(); ++it) {
-            if (!it.value())
-                continue;
-            it.value()->setTopic(objectTopic(it.key()));
-            it.value()->initRequestSignals(receiver, connect);
+            if (it.value())
+                it.value()->setTopic(objectTopic(it.key()));
         }
     }
 
