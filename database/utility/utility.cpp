@@ -12,6 +12,8 @@
 #include "database/persistent/dbs/drivers/ps_object_drivers_baos_bus_t.h"
 #include "database/persistent/dbs/drivers/ps_object_drivers_knx_bus_t.h"
 #include "database/persistent/objects/ps_object_item_t.h"
+#include "database/persistent/objects/ps_object_rules_t.h"
+#include "database/persistent/objects/ps_object_scenary_t.h"
 #include "database/persistent/objects/ps_object_t.h"
 #include "database/persistent/objects/ps_object_user_t.h"
 #include "database/persistent/objects/thermo/ps_object_thermo_isteresi_t.h"
@@ -155,6 +157,8 @@ void utility::initPersistentType(bool run)
     if (!run)
         return;
     using namespace persistent::objects;
+    QJsonSerializer::registerMapAlias<ps_object_scenary_t>("ps_scenary_map");
+    QJsonSerializer::registerMapAlias<ps_object_rules_t>("ps_rules_map");
     QJsonSerializer::registerMapAlias<ps_object_item_t>("ps_items_map");
     QJsonSerializer::registerMapAlias<ps_object_t>("ps_objects_map");
     QJsonSerializer::registerMapAlias<ps_object_user_t>("ps_users_map");

@@ -152,6 +152,10 @@ public:
     /// For objects that are never merged: a copy of object takes the place of
     /// whatever the id held, whose old object is unwired and released. Null
     /// removes the id; an empty id changes and publishes nothing.
+    /// Changes one object by replacing it whole: a copy of object takes the
+    /// id, and the object that held it before goes. For objects that are never
+    /// merged, such as a scenario, whose steps would otherwise mix. Null
+    /// removes; an empty id changes and publishes nothing.
     void replace(QString const& id, T* object, bool _notify)
     {
         if (id.isEmpty())
@@ -167,6 +171,20 @@ public:
             release(found);
         if (copy)
             insertCopy(id, copy);
+        auto const found = objects.find(id);
+        if (found != objects.end()) {
+            if (T* existing = found.value()) {
+                existing->initRequestSignals(receiver, false);
+                existing->deleteLater();
+            }
+            objects.erase(found);
+        }
+        if (object) {
+            T* copy = new T(*object);
+            copy->setTopic(objectTopic(id));
+            objects.insert(id, copy);
+            copy->initRequestSignals(receiver, true);
+        }
         if (_notify)
             sendUpdateObject(id);
     }
@@ -217,11 +235,20 @@ public:
     /// The objects' half of initRequestSignals, for sections with more than one map.
     void wireObjects(bool connect)
     {
+        retopic();
+        for (T* object : std::as_const(objects)) {
+            if (object)
+                object->initRequestSignals(receiver, connect);
+        }
+    }
+
+    /// Gives every object its topic under the owner's present one: owners
+    /// that move call it, since wiring alone needs a receiver.
+    void retopic()
+    {
         for (auto it = objects.begin(); it != objects.end(); ++it) {
-            if (!it.value())
-                continue;
-            it.value()->setTopic(objectTopic(it.key()));
-            it.value()->initRequestSignals(receiver, connect);
+            if (it.value())
+                it.value()->setTopic(objectTopic(it.key()));
         }
     }
 

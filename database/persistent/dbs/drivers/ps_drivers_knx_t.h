@@ -47,10 +47,7 @@ public:
     void setTopic(QString const& value)
     {
         topicbase_t::setTopic(value);
-        for (auto it = buses.get().begin(); it != buses.get().end(); ++it) {
-            if (it.value())
-                it.value()->setTopic(buses.objectTopic(it.key()));
-        }
+        buses.retopic();
     }
 
     void requestSetEnabled(bool value) { requestField(this, QStringLiteral("enabled"), value); }
