@@ -11,7 +11,9 @@
 
 #include "database/persistent/dbs/drivers/ps_object_drivers_baos_bus_t.h"
 #include "database/persistent/dbs/drivers/ps_object_drivers_knx_bus_t.h"
+#include "database/persistent/objects/ps_email_notify_t.h"
 #include "database/persistent/objects/ps_object_item_t.h"
+#include "database/persistent/objects/ps_object_notify_t.h"
 #include "database/persistent/objects/ps_object_t.h"
 #include "database/persistent/objects/ps_object_user_t.h"
 #include "platform/logs/classlogs.h"
@@ -155,6 +157,8 @@ void utility::initPersistentType(bool run)
     QJsonSerializer::registerMapAlias<ps_object_user_t>("ps_users_map");
     QJsonSerializer::registerMapAlias<drivers::ps_object_drivers_knx_bus_t>("ps_drivers_knx_bus_map");
     QJsonSerializer::registerMapAlias<drivers::ps_object_drivers_baos_bus_t>("ps_drivers_baos_bus_map");
+    QJsonSerializer::registerMapAlias<ps_object_notify_t>("ps_notify_map");
+    QJsonSerializer::registerMapAlias<ps_email_notify_t>("ps_notify_email_map");
 }
 
 void utility::initRealTimeType(bool run)
