@@ -11,9 +11,11 @@
 
 #include "database/persistent/dbs/drivers/ps_object_drivers_baos_bus_t.h"
 #include "database/persistent/dbs/drivers/ps_object_drivers_knx_bus_t.h"
+#include "database/persistent/objects/ps_email_notify_t.h"
 #include "database/persistent/objects/ps_object_item_t.h"
 #include "database/persistent/objects/ps_object_rules_t.h"
 #include "database/persistent/objects/ps_object_scenary_t.h"
+#include "database/persistent/objects/ps_object_notify_t.h"
 #include "database/persistent/objects/ps_object_t.h"
 #include "database/persistent/objects/ps_object_user_t.h"
 #include "database/persistent/objects/thermo/ps_object_thermo_isteresi_t.h"
@@ -174,6 +176,8 @@ void utility::initPersistentType(bool run)
     QJsonSerializer::registerObjectType<ps_object_thermo_pi_t>();
     QJsonSerializer::registerObjectType<ps_object_thermo_pwm_t>();
     QJsonSerializer::registerObjectType<ps_object_hydro_base_t>();
+    QJsonSerializer::registerMapAlias<ps_object_notify_t>("ps_notify_map");
+    QJsonSerializer::registerMapAlias<ps_email_notify_t>("ps_notify_email_map");
 }
 
 void utility::initRealTimeType(bool run)
