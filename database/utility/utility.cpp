@@ -11,6 +11,9 @@
 
 #include "database/persistent/dbs/drivers/ps_object_drivers_baos_bus_t.h"
 #include "database/persistent/dbs/drivers/ps_object_drivers_knx_bus_t.h"
+#include "database/persistent/objects/elements/ps_object_element_t.h"
+#include "database/persistent/objects/elements/ps_object_preset_t.h"
+#include "database/persistent/objects/ps_object_desktop_t.h"
 #include "database/persistent/objects/ps_object_item_t.h"
 #include "database/persistent/objects/ps_object_t.h"
 #include "database/persistent/objects/ps_object_user_t.h"
@@ -155,6 +158,10 @@ void utility::initPersistentType(bool run)
     QJsonSerializer::registerMapAlias<ps_object_user_t>("ps_users_map");
     QJsonSerializer::registerMapAlias<drivers::ps_object_drivers_knx_bus_t>("ps_drivers_knx_bus_map");
     QJsonSerializer::registerMapAlias<drivers::ps_object_drivers_baos_bus_t>("ps_drivers_baos_bus_map");
+    QJsonSerializer::registerMapAlias<ps_object_element_t>("ps_elements_map");
+    QJsonSerializer::registerMapAlias<ps_object_desktop_t>("ps_desktop_map");
+    QJsonSerializer::registerMapAlias<ps_object_preset_t>("ps_preset_map");
+    ps_object_element_t::registerTypes();
 }
 
 void utility::initRealTimeType(bool run)
