@@ -12,6 +12,9 @@
 #include "database/persistent/dbs/drivers/ps_object_drivers_baos_bus_t.h"
 #include "database/persistent/dbs/drivers/ps_object_drivers_knx_bus_t.h"
 #include "database/persistent/objects/ps_email_notify_t.h"
+#include "database/persistent/objects/elements/ps_object_element_t.h"
+#include "database/persistent/objects/elements/ps_object_preset_t.h"
+#include "database/persistent/objects/ps_object_desktop_t.h"
 #include "database/persistent/objects/ps_object_item_t.h"
 #include "database/persistent/objects/ps_object_rules_t.h"
 #include "database/persistent/objects/ps_object_scenary_t.h"
@@ -178,6 +181,10 @@ void utility::initPersistentType(bool run)
     QJsonSerializer::registerObjectType<ps_object_hydro_base_t>();
     QJsonSerializer::registerMapAlias<ps_object_notify_t>("ps_notify_map");
     QJsonSerializer::registerMapAlias<ps_email_notify_t>("ps_notify_email_map");
+    QJsonSerializer::registerMapAlias<ps_object_element_t>("ps_elements_map");
+    QJsonSerializer::registerMapAlias<ps_object_desktop_t>("ps_desktop_map");
+    QJsonSerializer::registerMapAlias<ps_object_preset_t>("ps_preset_map");
+    ps_object_element_t::registerTypes();
 }
 
 void utility::initRealTimeType(bool run)

@@ -178,6 +178,13 @@ public:
                 existing->deleteLater();
             }
             objects.erase(found);
+            } else {
+                T* copy = new T(*object);
+                objects.insert(id, copy);
+                copy->initRequestSignals(receiver, true);
+            }
+        } else {
+            remove(id);
         }
         if (object) {
             T* copy = new T(*object);
@@ -187,6 +194,30 @@ public:
         }
         if (_notify)
             sendUpdateObject(id);
+    }
+
+    /// Stores object itself under id, without a copy: the map owns it from now
+    /// on, and gives it its topic and wiring.
+    void insert(QString const& id, T* object)
+    {
+        objects.insert(id, object);
+        object->setTopic(objectTopic(id));
+        object->initRequestSignals(receiver, true);
+    }
+
+    /// Unwires the object of id, schedules it for deletion and drops the key,
+    /// publishing nothing. False when id isn't there.
+    bool remove(QString const& id)
+    {
+        auto const found = objects.find(id);
+        if (found == objects.end())
+            return false;
+        if (T* existing = found.value()) {
+            existing->initRequestSignals(receiver, false);
+            existing->deleteLater();
+        }
+        objects.erase(found);
+        return true;
     }
 
     /// Replaces the whole list by copies of map's objects. wire is the

@@ -1,0 +1,33 @@
+#include "database/persistent/objects/elements/psoe_shutter.h"
+
+namespace database {
+namespace persistent {
+namespace objects {
+
+psoe_shutter::psoe_shutter(QObject* parent)
+    : psoe_element_type_t(parent)
+{
+}
+
+psoe_shutter::psoe_shutter(QString const& topic, QObject* parent)
+    : psoe_element_type_t(topic, parent)
+{
+}
+
+psoe_shutter::psoe_shutter(QString const& id, QString const& name, QString const& description,
+                           QVariantMap const& function_map, QVariantMap const& auth, QStringList const& rooms,
+                           int flags, QVariantMap const& runoptions, QVariantMap const& lock_ui_map, int element_type,
+                           QObject* parent)
+    : psoe_element_type_t(id, name, description, function_map, auth, rooms, flags, runoptions, lock_ui_map, parent)
+{
+    setElement_type(element_type);
+}
+
+psoe_shutter::psoe_shutter(psoe_shutter const& other)
+    : psoe_element_type_t(other)
+{
+}
+
+} // namespace objects
+} // namespace persistent
+} // namespace database
