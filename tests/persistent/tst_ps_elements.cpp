@@ -202,14 +202,25 @@ private Q_SLOTS:
 
     void pageIdEntersOnlyThePageStackOnce()
     {
-        test_page_t page;
-        section->update_with_dependency("P9", &page);
-        section->update_with_dependency("P9", &page);
+        QPointer<test_page_t> first = new test_page_t;
+        QPointer<test_page_t> second = new test_page_t;
+        section->update_with_dependency("P9", first);
+        section->update_with_dependency("P9", second);
         QVERIFY(section->getObjects().isEmpty());
-        QCOMPARE(section->getPage_stack(), (map_stringlist { { "P9", {} } }));
+        QCOMPARE(section->getPage_stack(), (map_stringlist{{"P9", {}}}));
         drainEvents();
-        QCOMPARE(topicsOf(engine->updated), (QStringList { "elements/page_stack" }));
-        QCOMPARE(engine->updated.first().value("payload").toObject(), (QJsonObject { { "P9", QJsonArray() } }));
+        QVERIFY(first.isNull() && second.isNull());
+        QCOMPARE(topicsOf(engine->updated), (QStringList{"elements/page_stack"}));
+        QCOMPARE(engine->updated.first().value("payload").toObject(), (QJsonObject{{"P9", QJsonArray()}}));
+    }
+
+    void storedElementLosesItsParent()
+    {
+        QObject holder;
+        auto* element = new psoe_dimmer(&holder);
+        section->update_with_dependency("D", element);
+        QCOMPARE(element->parent(), nullptr);
+        QCOMPARE(section->getObjects().value("D"), element);
     }
 
     void blankRoomIdIsSkippedWithItsLogLine()
