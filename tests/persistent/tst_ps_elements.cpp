@@ -25,6 +25,7 @@
 #include "database/persistent/objects/elements/psoe_thermostat.h"
 #include "database/persistent/objects/elements/psoe_tunablewhite.h"
 #include "database/persistent/objects/elements/psoe_weather.h"
+#include "database/persistent/objects/ps_object_desktop_t.h"
 #include "database/utility/utility.h"
 #include "platform/qjsonserializer/qjsonserializer.h"
 #include "support/log_capture.h"
@@ -201,14 +202,25 @@ private Q_SLOTS:
 
     void pageIdEntersOnlyThePageStackOnce()
     {
-        test_page_t page;
-        section->update_with_dependency("P9", &page);
-        section->update_with_dependency("P9", &page);
+        QPointer<test_page_t> first = new test_page_t;
+        QPointer<test_page_t> second = new test_page_t;
+        section->update_with_dependency("P9", first);
+        section->update_with_dependency("P9", second);
         QVERIFY(section->getObjects().isEmpty());
-        QCOMPARE(section->getPage_stack(), (map_stringlist { { "P9", {} } }));
+        QCOMPARE(section->getPage_stack(), (map_stringlist{{"P9", {}}}));
         drainEvents();
-        QCOMPARE(topicsOf(engine->updated), (QStringList { "elements/page_stack" }));
-        QCOMPARE(engine->updated.first().value("payload").toObject(), (QJsonObject { { "P9", QJsonArray() } }));
+        QVERIFY(first.isNull() && second.isNull());
+        QCOMPARE(topicsOf(engine->updated), (QStringList{"elements/page_stack"}));
+        QCOMPARE(engine->updated.first().value("payload").toObject(), (QJsonObject{{"P9", QJsonArray()}}));
+    }
+
+    void storedElementLosesItsParent()
+    {
+        QObject holder;
+        auto* element = new psoe_dimmer(&holder);
+        section->update_with_dependency("D", element);
+        QCOMPARE(element->parent(), nullptr);
+        QCOMPARE(section->getObjects().value("D"), element);
     }
 
     void blankRoomIdIsSkippedWithItsLogLine()
@@ -242,6 +254,48 @@ private Q_SLOTS:
         drainEvents();
         QCOMPARE(topicsOf(engine->updated).count("elements/objects_list/E1"), 1);
         QCOMPARE(engine->updated.last().value("payload").toObject().value("name").toString(), QStringLiteral("new"));
+    }
+
+    void storingTheStoredElementAgainKeepsIt()
+    {
+        buildHouse();
+        QPointer<ps_object_element_t> e1 = section->getObjects().value("E1");
+        section->update_element_to_list("E1", e1.data());
+        drainEvents();
+        QVERIFY(!e1.isNull());
+        QCOMPARE(section->getObjects().value("E1"), e1.data());
+        QCOMPARE(topicsOf(engine->updated), (QStringList { "elements/objects_list/E1" }));
+    }
+
+    void pageStackAndOptionsAreReplacedAndAlwaysPublished()
+    {
+        section->update_page_stack({ { "P1", { "R1" } } });
+        section->update_options({ { "0", 5 } });
+        section->update_options({ { "0", 5 } });
+        QCOMPARE(section->getOptions(), (QVariantMap { { "0", 5 } }));
+        drainEvents();
+        QCOMPARE(
+            engine->updated,
+            (QList<QJsonObject> {
+                { { "topic", "elements/page_stack" }, { "payload", QJsonObject { { "P1", QJsonArray { "R1" } } } } },
+                { { "topic", "elements/options" }, { "payload", QJsonObject { { "0", 5 } } } },
+                { { "topic", "elements/options" }, { "payload", QJsonObject { { "0", 5 } } } } }));
+    }
+
+    void sectionCopyIsDeep()
+    {
+        auto* rgb = new psoe_rgb;
+        ps_object_preset_t preset({ { "color_rgb", "1" } }, 0, nullptr);
+        rgb->update_preset("p", &preset);
+        section->update_with_dependency("L", rgb);
+
+        ps_elements_t copy(*section);
+        auto* copied = qobject_cast<psoe_rgb*>(copy.getObjects().value("L"));
+        QVERIFY(copied);
+        QVERIFY(copied != rgb);
+        QVERIFY(copied->getPresets().value("p") != rgb->getPresets().value("p"));
+        QCOMPARE(copied->parent(), nullptr);
+        QVERIFY(copy == *section);
     }
 
     void nullElementsChangeNothing()
@@ -538,6 +592,19 @@ private Q_SLOTS:
                                          { "payload", QJsonArray { "7", "30" } } },
                                        { { "topic", "request/DB/persistent/elements/objects_list/M/invert_playpause" },
                                          { "payload", true } } }));
+    }
+
+    void desktopAsksForItsIdOnItsOwnTopic()
+    {
+        ps_object_desktop_t desktop("elements/desktop/D", nullptr);
+        desktop.connectRequestSignals(engine, true);
+        desktop.requestSetId("D2");
+        desktop.requestSetEnabled(true);
+        drainEvents();
+        QCOMPARE(topicsOf(engine->requests),
+                 (QStringList { "request/DB/persistent/elements/desktop/D",
+                                "request/DB/persistent/elements/desktop/D/enabled" }));
+        QCOMPARE(engine->requests.first().value("payload").toString(), QStringLiteral("D2"));
     }
 
     // Colour elements.

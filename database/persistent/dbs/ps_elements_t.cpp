@@ -181,6 +181,8 @@ void ps_elements_t::update_add_element(QString const& id, ps_object_element_t* e
             setPage_stack(stack);
             send_update_page_stack();
         }
+        // A page lives in the page stack only; the element handed over isn't kept.
+        element->deleteLater();
         break;
     default:
         update_add_elements_in_room(id, element->getRooms());

@@ -92,9 +92,10 @@ public:
     void send_update_option();
 
     /// Applies an element with its links: replaced, added, or removed for null.
-    /// Takes ownership of element unless it is a page.
+    /// Takes ownership of element, which is stored as it is (a page is deleted later).
     void update_with_dependency(QString const& id, objects::ps_object_element_t* element);
-    /// Adds an element with its links to rooms and pages; a page only enters the page stack.
+    /// Adds an element with its links to rooms and pages; a page only enters the
+    /// page stack. Takes ownership of element.
     void update_add_element(QString const& id, objects::ps_object_element_t* element);
     /// Stores element itself (no copy) under id, replacing the present one through update_add_element.
     void update_element_to_list(QString const& id, objects::ps_object_element_t* element);

@@ -201,6 +201,7 @@ public:
     void insert(QString const& id, T* object)
     {
         objects.insert(id, object);
+        object->setParent(nullptr);
         object->setTopic(objectTopic(id));
         object->initRequestSignals(receiver, true);
     }

@@ -24,8 +24,6 @@ public:
                 QVariantMap const& auth, QStringList const& rooms, int flags, QVariantMap const& runoptions,
                 QVariantMap const& lock_ui_map, QObject* parent);
     psoe_dimmer(psoe_dimmer const& other);
-
-Q_SIGNALS:
 };
 
 } // namespace objects

@@ -38,8 +38,6 @@ public:
 
     /// Asks that play and pause swap; the answer lands in the flags.
     void requestSetInvert_playpause(bool value) { requestField(this, QStringLiteral("invert_playpause"), value); }
-
-Q_SIGNALS:
 };
 
 } // namespace objects

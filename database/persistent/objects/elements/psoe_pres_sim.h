@@ -32,8 +32,6 @@ public:
                   QVariantMap const& auth, QStringList const& rooms, int flags, QVariantMap const& runoptions,
                   QVariantMap const& lock_ui_map, QObject* parent);
     psoe_pres_sim(psoe_pres_sim const& other);
-
-Q_SIGNALS:
 };
 
 } // namespace objects

@@ -28,8 +28,6 @@ public:
                     QVariantMap const& auth, QStringList const& rooms, int flags, QVariantMap const& runoptions,
                     QVariantMap const& lock_ui_map, QObject* parent);
     psoe_schedulers(psoe_schedulers const& other);
-
-Q_SIGNALS:
 };
 
 } // namespace objects

@@ -47,8 +47,6 @@ public:
                  QVariantMap const& auth, QStringList const& rooms, int flags, QVariantMap const& runoptions,
                  QVariantMap const& lock_ui_map, QObject* parent);
     psoe_weather(psoe_weather const& other);
-
-Q_SIGNALS:
 };
 
 } // namespace objects
