@@ -149,13 +149,29 @@ public:
             sendUpdateObject(id);
     }
 
+    /// Stores object itself under id, without a copy: the map owns it from now
+    /// on, and gives it its topic and wiring.
+    void insert(QString const& id, T* object)
+    {
+        object->setParent(nullptr);
+        object->setTopic(objectTopic(id));
+        insertCopy(id, object);
+    }
+
+    /// Unwires the object of id, schedules it for deletion and drops the key,
+    /// publishing nothing. False when id isn't there.
+    bool remove(QString const& id)
+    {
+        auto const found = objects.find(id);
+        if (found == objects.end())
+            return false;
+        release(found);
+        return true;
+    }
+
     /// For objects that are never merged: a copy of object takes the place of
     /// whatever the id held, whose old object is unwired and released. Null
     /// removes the id; an empty id changes and publishes nothing.
-    /// Changes one object by replacing it whole: a copy of object takes the
-    /// id, and the object that held it before goes. For objects that are never
-    /// merged, such as a scenario, whose steps would otherwise mix. Null
-    /// removes; an empty id changes and publishes nothing.
     void replace(QString const& id, T* object, bool _notify)
     {
         if (id.isEmpty())
@@ -171,54 +187,8 @@ public:
             release(found);
         if (copy)
             insertCopy(id, copy);
-        auto const found = objects.find(id);
-        if (found != objects.end()) {
-            if (T* existing = found.value()) {
-                existing->initRequestSignals(receiver, false);
-                existing->deleteLater();
-            }
-            objects.erase(found);
-            } else {
-                T* copy = new T(*object);
-                objects.insert(id, copy);
-                copy->initRequestSignals(receiver, true);
-            }
-        } else {
-            remove(id);
-        }
-        if (object) {
-            T* copy = new T(*object);
-            copy->setTopic(objectTopic(id));
-            objects.insert(id, copy);
-            copy->initRequestSignals(receiver, true);
-        }
         if (_notify)
             sendUpdateObject(id);
-    }
-
-    /// Stores object itself under id, without a copy: the map owns it from now
-    /// on, and gives it its topic and wiring.
-    void insert(QString const& id, T* object)
-    {
-        objects.insert(id, object);
-        object->setParent(nullptr);
-        object->setTopic(objectTopic(id));
-        object->initRequestSignals(receiver, true);
-    }
-
-    /// Unwires the object of id, schedules it for deletion and drops the key,
-    /// publishing nothing. False when id isn't there.
-    bool remove(QString const& id)
-    {
-        auto const found = objects.find(id);
-        if (found == objects.end())
-            return false;
-        if (T* existing = found.value()) {
-            existing->initRequestSignals(receiver, false);
-            existing->deleteLater();
-        }
-        objects.erase(found);
-        return true;
     }
 
     /// Replaces the whole list by copies of map's objects. wire is the
