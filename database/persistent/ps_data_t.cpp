@@ -46,14 +46,39 @@ void ps_data_t::setGeneral(dbs::ps_general_t* section)
     adoptSection(general, section, &ps_data_t::generalChanged);
 }
 
+void ps_data_t::setNotify(dbs::ps_notify_t* section)
+{
+    adoptSection(notify, section, &ps_data_t::notifyChanged);
+}
+
 void ps_data_t::setItems(dbs::ps_items_t* section)
 {
     adoptSection(items, section, &ps_data_t::itemsChanged);
 }
 
+void ps_data_t::setElements(dbs::ps_elements_t* section)
+{
+    adoptSection(elements, section, &ps_data_t::elementsChanged);
+}
+
 void ps_data_t::setStorage(dbs::ps_storage_t* section)
 {
     adoptSection(storage, section, &ps_data_t::storageChanged);
+}
+
+void ps_data_t::setSchedulers(dbs::ps_scheduler_t* section)
+{
+    adoptSection(schedulers, section, &ps_data_t::schedulersChanged);
+}
+
+void ps_data_t::setScenary(dbs::ps_scenary_t* section)
+{
+    adoptSection(scenary, section, &ps_data_t::scenaryChanged);
+}
+
+void ps_data_t::setRules(dbs::ps_rules_t* section)
+{
+    adoptSection(rules, section, &ps_data_t::rulesChanged);
 }
 
 void ps_data_t::setDrivers(dbs::ps_drivers_t* section)
@@ -84,6 +109,11 @@ void ps_data_t::setSmartButton(dbs::ps_smartbutton_t* section)
 void ps_data_t::setUsers(dbs::ps_users_t* section)
 {
     adoptSection(users, section, &ps_data_t::usersChanged);
+}
+
+void ps_data_t::setThermo(dbs::ps_thermo_t* section)
+{
+    adoptSection(thermo, section, &ps_data_t::thermoChanged);
 }
 
 bool ps_data_t::operator==(ps_data_t const& other) const
@@ -129,14 +159,39 @@ void ps_data_t::requestSetGeneral(dbs::ps_general_t* section)
     requestSection(section, literals::key_general, nullptr);
 }
 
+void ps_data_t::requestSetNotify(dbs::ps_notify_t* section)
+{
+    requestSection(section, literals::key_notify, nullptr);
+}
+
 void ps_data_t::requestSetItems(dbs::ps_items_t* section)
 {
     requestSection(section, literals::key_items, nullptr);
 }
 
+void ps_data_t::requestSetElements(dbs::ps_elements_t* section)
+{
+    requestSection(section, literals::key_elements, nullptr);
+}
+
 void ps_data_t::requestSetStorage(dbs::ps_storage_t* section)
 {
     requestSection(section, literals::key_storage, [](dbs::ps_storage_t* empty) { empty->setProperty("objects_list", QJsonObject{{QString(), QJsonValue()}}); });
+}
+
+void ps_data_t::requestSetSchedulers(dbs::ps_scheduler_t* section)
+{
+    requestSection(section, literals::key_schedulers, nullptr);
+}
+
+void ps_data_t::requestSetScenary(dbs::ps_scenary_t* section)
+{
+    requestSection(section, literals::key_scenary, nullptr);
+}
+
+void ps_data_t::requestSetRules(dbs::ps_rules_t* section)
+{
+    requestSection(section, literals::key_rules, nullptr);
 }
 
 void ps_data_t::requestSetDrivers(dbs::ps_drivers_t* section)
@@ -167,6 +222,11 @@ void ps_data_t::requestSetSmartButton(dbs::ps_smartbutton_t* section)
 void ps_data_t::requestSetUSers(dbs::ps_users_t* section)
 {
     requestSection(section, literals::key_users, nullptr);
+}
+
+void ps_data_t::requestSetThermo(dbs::ps_thermo_t* section)
+{
+    requestSection(section, literals::key_thermo, nullptr);
 }
 
 } // namespace persistent

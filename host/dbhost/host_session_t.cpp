@@ -89,23 +89,45 @@ void host_session_t::readInput()
         ssize_t const got = ::read(STDIN_FILENO, buffer, sizeof buffer);
         if (got > 0) {
             pending.append(buffer, got);
-            qsizetype end;
-            while ((end = pending.indexOf('\n')) >= 0) {
-                QByteArray const line = pending.left(end);
-                pending.remove(0, end + 1);
-                handleLine(line);
-            }
             continue;
         }
         if (got == 0) {
-            // End of input: a last line without its newline still counts.
-            if (!pending.trimmed().isEmpty())
-                handleLine(pending);
-            pending.clear();
-            finish();
+            inputEnded = true;
+            input->setEnabled(false);
         }
-        return; // EAGAIN: wait for the notifier
+        break; // EAGAIN: wait for the notifier
     }
+    scheduleNextLine();
+}
+
+void host_session_t::scheduleNextLine()
+{
+    if (lineScheduled || finished)
+        return;
+    lineScheduled = true;
+    QMetaObject::invokeMethod(this, &host_session_t::processNextLine, Qt::QueuedConnection);
+}
+
+void host_session_t::processNextLine()
+{
+    lineScheduled = false;
+    // One line per turn of the event loop: the packets of a long input are
+    // applied, published and saved as they come, not all at its end.
+    qsizetype const end = pending.indexOf('\n');
+    if (end >= 0) {
+        QByteArray const line = pending.left(end);
+        pending.remove(0, end + 1);
+        handleLine(line);
+        scheduleNextLine();
+        return;
+    }
+    if (!inputEnded)
+        return;
+    // End of input: a last line without its newline still counts.
+    if (!pending.trimmed().isEmpty())
+        handleLine(pending);
+    pending.clear();
+    finish();
 }
 
 void host_session_t::handleLine(QByteArray const& line)

@@ -41,6 +41,7 @@ public Q_SLOTS:
 
 private Q_SLOTS:
     void readInput();
+    void processNextLine();
     void onSignal();
     void onSaveRequest();
     void onChange(QJsonObject _packet);
@@ -50,6 +51,7 @@ private Q_SLOTS:
     void onObjectError(QJsonObject _packet, QString _message);
 
 private:
+    void scheduleNextLine();
     void handleLine(QByteArray const& line);
     void emitLine(QJsonObject const& line);
     void drainEvents();
@@ -63,6 +65,8 @@ private:
     qint64 lineNumber = 0;
     int saves = 0;
     bool finished = false;
+    bool inputEnded = false;
+    bool lineScheduled = false;
     QString lastSavedHash;
 };
 

@@ -75,8 +75,9 @@ private Q_SLOTS:
         QMetaObject const* meta = root.metaObject();
         for (int i = meta->propertyOffset(); i < meta->propertyCount(); ++i)
             names.append(QString::fromLatin1(meta->property(i).name()));
-        QCOMPARE(names, (QStringList{"general", "items", "storage", "drivers", "information", "versions",
-                                     "presencesimulation", "smartbutton", "users"}));
+        QCOMPARE(names, (QStringList{"general", "notify", "items", "elements", "storage", "schedulers", "scenary",
+                                     "rules", "drivers", "information", "versions", "presencesimulation",
+                                     "smartbutton", "users", "thermo"}));
         QJsonObject const json = root.toJson();
         QStringList sorted = names;
         sorted.sort();
