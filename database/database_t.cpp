@@ -10,6 +10,7 @@
 #include "database/persistent/persistent_t.h"
 #include "database/ps_handler_request_t.h"
 #include "database/ps_handler_status_t.h"
+#include "database/rr/rr_image_updater_t.h"
 #include "database/utility/utility.h"
 
 namespace database {
@@ -41,6 +42,7 @@ database_t::database_t(::database::definition::service_t const& _service,
     migration::migration_t::createInstance(brand);
     createEngines();
     createHandlers();
+    initrr(true);
     initInternalEvent(true);
 }
 
@@ -72,6 +74,15 @@ database_t::~database_t()
     delete ps_handler_request;
     delete ps_handler_status;
     delete persistent;
+    initrr(false);
+}
+
+void database_t::initrr(bool create)
+{
+    qDeleteAll(rr);
+    rr.clear();
+    if (create)
+        rr.insert(rr::rr_image_updater_t::getNameOfService(), new rr::rr_image_updater_t(nullptr));
 }
 
 void database_t::createEngines()

@@ -2,6 +2,7 @@
 #define DATABASE_DATABASE_T_H
 
 #include <QJsonObject>
+#include <QMap>
 #include <QObject>
 #include <QPointer>
 #include <QString>
@@ -17,6 +18,9 @@ namespace database {
 
 namespace persistent {
 class persistent_t;
+}
+namespace rr {
+class rr_base_t;
 }
 class ps_handler_request_t;
 class ps_handler_status_t;
@@ -41,6 +45,12 @@ public:
 
     /// Held briefly under the engine's access mutex, so that no handler is mid-slot.
     persistent::persistent_t* getPersistent() const;
+
+    /// The outside-service peers by service name; the façade owns them.
+    QMap<QString, rr::rr_base_t*> const& get_rr_map() const { return rr; }
+    rr::rr_base_t* get_rr(QString const& name) const { return rr.value(name, nullptr); }
+    /// false deletes every peer; true first does that, then creates the image updater's.
+    void initrr(bool create);
 
     ::database::definition::service_t getService() const { return service; }
     void setService(::database::definition::service_t const& service);
@@ -77,6 +87,7 @@ private:
     persistent::persistent_t* persistent = nullptr;
     QPointer<ps_handler_request_t> ps_handler_request;
     QPointer<ps_handler_status_t> ps_handler_status;
+    QMap<QString, rr::rr_base_t*> rr;
 };
 
 } // namespace database

@@ -22,6 +22,12 @@ QString handler_frame_t::pathUnder(QJsonObject const& packet, QString const& sec
     return at < 0 ? QString() : topic.mid(at + marker.size());
 }
 
+bool handler_frame_t::isObjectTopic(QJsonObject const& packet, QString const& section, QString const& key)
+{
+    return packet.value(QStringLiteral("topic")).toString().endsWith(
+        QLatin1Char('/') + section + QStringLiteral("/objects_list/") + key);
+}
+
 void handler_frame_t::connectByName(QObject* router, QObject* handler, QByteArray const& prefix, bool connect,
                                     QMap<QByteArray, QByteArray> const& renamed)
 {

@@ -44,11 +44,12 @@ public:
         return body();
     }
 
-    /// The payload as a new object of class T, scheduled for deletion; an
-    /// empty object gives null, which means removal. False, with a log line,
+    /// The payload as a new object of class T, scheduled for deletion unless
+    /// the model takes it over (release false); an empty object gives null,
+    /// which means removal. False, with a log line,
     /// when the payload isn't an object or doesn't read as T.
     template<class T>
-    bool payloadObject(QJsonObject const& packet, T*& object, char const* slot) const
+    bool payloadObject(QJsonObject const& packet, T*& object, char const* slot, bool release = true) const
     {
         object = nullptr;
         QJsonValue const payload = packet.value(QStringLiteral("payload"));
@@ -64,14 +65,14 @@ public:
             refusePayload(packet, slot, QString::fromUtf8(e.what()));
             return false;
         }
-        if (object)
+        if (object && release)
             object->deleteLater();
         return true;
     }
 
     /// The payload as a map of new objects, each scheduled for deletion.
     template<class T>
-    bool payloadMap(QJsonObject const& packet, QMap<QString, T*>& map, char const* slot) const
+    bool payloadMap(QJsonObject const& packet, QMap<QString, T*>& map, char const* slot, bool release = true) const
     {
         map.clear();
         QJsonValue const payload = packet.value(QStringLiteral("payload"));
@@ -86,7 +87,7 @@ public:
             return false;
         }
         for (T* object : std::as_const(map)) {
-            if (object)
+            if (object && release)
                 object->deleteLater();
         }
         return true;
@@ -98,6 +99,10 @@ public:
     /// The part of the packet's topic after "<section>/": "objects_list/a" of
     /// ".../storage/objects_list/a"; empty when the topic ends at the section.
     static QString pathUnder(QJsonObject const& packet, QString const& section);
+
+    /// True when the packet's topic ends at "<section>/objects_list/<key>":
+    /// a whole object, not one of its fields or entries.
+    static bool isObjectTopic(QJsonObject const& packet, QString const& section, QString const& key);
 
     /// Connects, or disconnects, every signal of router whose name starts with
     /// prefix to the handler's slot of the same signature, queued. renamed maps

@@ -3,6 +3,10 @@
 #include "database/base/literals.h"
 #include "database/database_t.h"
 #include "database/default/persistent/ps_default_t.h"
+#include "database/persistent/objects/elements/psoe_rgb.h"
+#include "database/persistent/objects/elements/psoe_scenario.h"
+#include "database/persistent/objects/elements/psoe_thermo_logic.h"
+#include "database/persistent/objects/elements/psoe_tunablewhite.h"
 #include "database/persistent/persistent_t.h"
 
 namespace database {
@@ -71,6 +75,31 @@ void ps_handler_request_t::handleObject(char const* slot, QJsonObject const& pac
             return false;
         apply(data, object);
         return check;
+    });
+}
+
+template<class T, class Apply>
+void ps_handler_request_t::handleMap(char const* slot, QJsonObject const& packet, bool check, Apply apply)
+{
+    handle(slot, packet, [&](persistent_t*, ps_data_t* data) {
+        QMap<QString, T*> map;
+        if (!frame.payloadMap(packet, map, slot))
+            return false;
+        for (auto it = map.begin(); it != map.end(); ++it)
+            apply(data, it.key(), it.value());
+        return check;
+    });
+}
+
+template<class Apply>
+void ps_handler_request_t::handleValue(char const* slot, QJsonObject const& packet, QJsonValue::Type type,
+                                       Apply apply)
+{
+    handle(slot, packet, [&](persistent_t*, ps_data_t* data) {
+        QJsonValue value;
+        if (frame.payloadValue(packet, type, value, slot))
+            apply(data, value);
+        return false;
     });
 }
 
@@ -361,6 +390,313 @@ void ps_handler_request_t::onPersistentRequestItem(QJsonObject _packet, QString 
         if (frame.payloadObject(_packet, object, "onPersistentRequestItem"))
             handlePersistentRequestItem(object, _key, check);
         return check;
+    });
+}
+
+// Elements and their companions.
+
+void ps_handler_request_t::handleElementCheck(QString const& id, ps_object_element_t* element)
+{
+    Q_UNUSED(id);
+    if (!element)
+        return;
+    int const type = element->getTypeIndex();
+    if (type == 2) {
+        if (auto* rgb = qobject_cast<psoe_rgb*>(element))
+            rgb->update_to_adjust_preset(true);
+    } else if (type == 20) {
+        if (auto* white = qobject_cast<psoe_tunablewhite*>(element))
+            white->update_to_adjust_preset(true);
+    } else if (type == 8 || type == 11 || type == 12 || type == 17) {
+        return;
+    }
+    // A function that names no item would command nothing.
+    QVariantMap functions = element->getFunction_map();
+    ps_items_map const& items = engine->getData()->getItems()->getObjects();
+    for (auto it = functions.begin(); it != functions.end();) {
+        if (items.contains(it.value().toString()))
+            ++it;
+        else
+            it = functions.erase(it);
+    }
+    if (functions != element->getFunction_map())
+        element->setFunction_map(functions);
+}
+
+bool ps_handler_request_t::handlePersistentRequestElementScenary(ps_object_element_t* element, QString const& id)
+{
+    ps_data_t* data = engine->getData();
+    auto owned = [](ps_object_element_t* e) {
+        return e && e->getTypeIndex() == 8 && !e->getFlag(int(psoe_scenario::SCENARIO_FLAG_KNX_SCENARIO));
+    };
+    if (!element) {
+        auto* stored = qobject_cast<psoe_scenario*>(data->getElements()->getObjects().value(id));
+        if (!owned(stored))
+            return false;
+        QString const scene = stored->getScenario_id();
+        data->getElements()->update_with_dependency(id, nullptr);
+        data->getScenary()->update_scene(scene, nullptr, true);
+        return true;
+    }
+    auto* scenario = qobject_cast<psoe_scenario*>(element);
+    if (!owned(element) || !scenario)
+        return false;
+    QString const name = element->getName();
+    QString const scene = scenario->getScenario_id();
+    data->getElements()->update_with_dependency(id, element);
+    if (scene.isEmpty())
+        return true;
+    if (ps_object_scenary_t* existing = data->getScenary()->getObjects().value(scene)) {
+        if (existing->getName() != name)
+            existing->update_name(name, true);
+    } else {
+        ps_object_scenary_t created;
+        created.setName(name);
+        data->getScenary()->update_scene(scene, &created, true);
+    }
+    return true;
+}
+
+bool ps_handler_request_t::handlePersistentRequestElementThermostat(ps_object_element_t* element, QString const& id)
+{
+    ps_data_t* data = engine->getData();
+    if (!element) {
+        auto* stored = qobject_cast<psoe_thermo_logic*>(data->getElements()->getObjects().value(id));
+        if (!stored)
+            return false;
+        QString const thermostat = stored->getThermo_id();
+        data->getElements()->update_with_dependency(id, nullptr);
+        data->getThermo()->update_thermos(thermostat, nullptr, true);
+        return true;
+    }
+    auto* logic = qobject_cast<psoe_thermo_logic*>(element);
+    if (!logic)
+        return false;
+    QString const name = element->getName();
+    QString const thermostat = logic->getThermo_id();
+    data->getElements()->update_with_dependency(id, element);
+    if (thermostat.isEmpty())
+        return true;
+    if (ps_object_thermostat_t* existing = data->getThermo()->getObjects().value(thermostat)) {
+        if (existing->getName() != name)
+            existing->update_name(name, true);
+    } else {
+        ps_object_thermostat_t created(nullptr);
+        created.setName(name);
+        data->getThermo()->update_thermos(thermostat, &created, true);
+    }
+    return true;
+}
+
+void ps_handler_request_t::handlePersistentRequestElement(ps_object_element_t* element, QString const& id,
+                                                          bool& _consistency)
+{
+    _consistency = true;
+    if (handlePersistentRequestElementScenary(element, id))
+        return;
+    if (handlePersistentRequestElementThermostat(element, id))
+        return;
+    ps_elements_t* elements = engine->getData()->getElements();
+    if (element)
+        element->setTopic(elements->getTopic() + QStringLiteral("/objects_list/") + id);
+    elements->update_with_dependency(id, element);
+}
+
+// Notifications.
+
+void ps_handler_request_t::onPersistentRequestNotify(QJsonObject _packet)
+{
+    handleMap<ps_object_notify_t>("onPersistentRequestNotify", _packet, false,
+                                  [](ps_data_t* data, QString const& key, ps_object_notify_t* object) {
+                                      data->getNotify()->update_notify(key, object, true);
+                                  });
+}
+
+void ps_handler_request_t::onPersistentRequestNotifyObjects(QJsonObject _packet, QString _key)
+{
+    handleObject<ps_object_notify_t>("onPersistentRequestNotifyObjects", _packet, false,
+                                     [&](ps_data_t* data, ps_object_notify_t* object) {
+                                         data->getNotify()->update_notify(_key, object, true);
+                                     });
+}
+
+void ps_handler_request_t::onPersistentRequestNotifyEmail(QJsonObject _packet, QString _key)
+{
+    handleObject<ps_email_notify_t>("onPersistentRequestNotifyEmail", _packet, false,
+                                    [&](ps_data_t* data, ps_email_notify_t* object) {
+                                        data->getNotify()->update_email(_key, object, true);
+                                        // Notifications never keep an address that is gone.
+                                        data->getNotify()->prune_email_dest(_key, true);
+                                    });
+}
+
+void ps_handler_request_t::onPersistentRequestNotifySMTP(QJsonObject _packet)
+{
+    handleObject<ps_smtp_notify_t>("onPersistentRequestNotifySMTP", _packet, false,
+                                   [](ps_data_t* data, ps_smtp_notify_t* object) {
+                                       data->getNotify()->update_smtp(object, true);
+                                   });
+}
+
+void ps_handler_request_t::onPersistentRequestNotifyEnabled(QJsonObject _packet)
+{
+    handleValue("onPersistentRequestNotifyEnabled", _packet, QJsonValue::Bool,
+                [](ps_data_t* data, QJsonValue const& value) { data->getNotify()->update_enabled(value.toBool(), true); });
+}
+
+void ps_handler_request_t::onPersistentRequestNotifySoundLen(QJsonObject _packet)
+{
+    handleValue("onPersistentRequestNotifySoundLen", _packet, QJsonValue::Double,
+                [](ps_data_t* data, QJsonValue const& value) { data->getNotify()->update_soundLoop(value.toInt(), true); });
+}
+
+// Scenarios and rules.
+
+void ps_handler_request_t::onPersistentRequestScenary(QJsonObject _packet)
+{
+    handleMap<ps_object_scenary_t>("onPersistentRequestScenary", _packet, true,
+                                   [](ps_data_t* data, QString const& key, ps_object_scenary_t* object) {
+                                       data->getScenary()->update_scene(key, object, true);
+                                   });
+}
+
+void ps_handler_request_t::onPersistentRequestScenaryObjects(QJsonObject _packet, QString _key)
+{
+    handleObject<ps_object_scenary_t>("onPersistentRequestScenaryObjects", _packet, true,
+                                      [&](ps_data_t* data, ps_object_scenary_t* object) {
+                                          data->getScenary()->update_scene(_key, object, true);
+                                      });
+}
+
+void ps_handler_request_t::onPersistentRequestScenaryEnabled(QJsonObject _packet)
+{
+    handleValue("onPersistentRequestScenaryEnabled", _packet, QJsonValue::Bool,
+                [](ps_data_t* data, QJsonValue const& value) { data->getScenary()->update_enabled(value.toBool(), true); });
+}
+
+void ps_handler_request_t::onPersistentRequestRules(QJsonObject _packet)
+{
+    handleMap<ps_object_rules_t>("onPersistentRequestRules", _packet, false,
+                                 [](ps_data_t* data, QString const& key, ps_object_rules_t* object) {
+                                     data->getRules()->update_rule(key, object, true);
+                                 });
+}
+
+void ps_handler_request_t::onPersistentRequestRulesObjects(QJsonObject _packet, QString _key)
+{
+    handleObject<ps_object_rules_t>("onPersistentRequestRulesObjects", _packet, false,
+                                    [&](ps_data_t* data, ps_object_rules_t* object) {
+                                        data->getRules()->update_rule(_key, object, true);
+                                    });
+}
+
+void ps_handler_request_t::onPersistentRequestRulesEnabled(QJsonObject _packet)
+{
+    handleValue("onPersistentRequestRulesEnabled", _packet, QJsonValue::Bool,
+                [](ps_data_t* data, QJsonValue const& value) { data->getRules()->update_enabled(value.toBool(), true); });
+}
+
+// Schedules.
+
+void ps_handler_request_t::onPersistentRequestSchedulers(QJsonObject _packet)
+{
+    handleMap<ps_object_scheduler_t>("onPersistentRequestSchedulers", _packet, true,
+                                     [](ps_data_t* data, QString const& key, ps_object_scheduler_t* object) {
+                                         data->getSchedulers()->update_scheduler(key, object, true);
+                                     });
+}
+
+void ps_handler_request_t::onPersistentRequestScheduler(QJsonObject _packet, QString _key)
+{
+    // The route also takes the topics of a schedule's entries; only a whole
+    // schedule is read as one.
+    if (!handler_frame_t::isObjectTopic(_packet, literals::key_schedulers, _key)) {
+        frame.log(QStringLiteral("[") + frame.getName() + QStringLiteral("] Payload not valid for ")
+                      + _packet.value(QStringLiteral("topic")).toString() + QStringLiteral(": not a whole schedule"),
+                  ::utility::logs::error, "onPersistentRequestScheduler");
+        return;
+    }
+    handleObject<ps_object_scheduler_t>("onPersistentRequestScheduler", _packet, true,
+                                        [&](ps_data_t* data, ps_object_scheduler_t* object) {
+                                            data->getSchedulers()->update_scheduler(_key, object, true);
+                                        });
+}
+
+void ps_handler_request_t::onPersistentRequestSchedulersEnabled(QJsonObject _packet)
+{
+    handleValue("onPersistentRequestSchedulersEnabled", _packet, QJsonValue::Bool,
+                [](ps_data_t* data, QJsonValue const& value) {
+                    data->getSchedulers()->update_enabled(value.toBool(), true);
+                });
+}
+
+// Elements.
+
+void ps_handler_request_t::onPersistentRequestPageStack(QJsonObject _packet)
+{
+    handleValue("onPersistentRequestPageStack", _packet, QJsonValue::Object,
+                [](ps_data_t* data, QJsonValue const& value) {
+                    data->getElements()->update_page_stack(
+                        ::database::utility::getInstance()->serializer()->deserialize<map_stringlist>(value));
+                });
+}
+
+void ps_handler_request_t::onPersistentRequestOptions(QJsonObject _packet)
+{
+    handleValue("onPersistentRequestOptions", _packet, QJsonValue::Object,
+                [](ps_data_t* data, QJsonValue const& value) {
+                    data->getElements()->update_options(value.toObject().toVariantMap());
+                });
+}
+
+void ps_handler_request_t::onPersistentRequestElements(QJsonObject _packet)
+{
+    handle("onPersistentRequestElements", _packet, [&](persistent_t*, ps_data_t* data) {
+        ps_elements_map map;
+        // The section keeps the elements themselves.
+        if (!frame.payloadMap(_packet, map, "onPersistentRequestElements", false))
+            return false;
+        for (auto it = map.begin(); it != map.end(); ++it)
+            data->getElements()->update_with_dependency(it.key(), it.value());
+        return true;
+    });
+}
+
+void ps_handler_request_t::onPersistentRequestElement(QJsonObject _packet, QString _key)
+{
+    handle("onPersistentRequestElement", _packet, [&](persistent_t*, ps_data_t*) {
+        frame.log(QStringLiteral("Request to update/insert/remove element ") + _key, ::utility::logs::trace,
+                  "onPersistentRequestElement");
+        ps_object_element_t* element = nullptr;
+        if (!frame.payloadObject(_packet, element, "onPersistentRequestElement", false))
+            return false;
+        if (element)
+            handleElementCheck(_key, element);
+        bool check = false;
+        handlePersistentRequestElement(element, _key, check);
+        return check;
+    });
+}
+
+// Thermostats.
+
+void ps_handler_request_t::onPersistentRequestThermos(QJsonObject _packet)
+{
+    handleMap<ps_object_thermostat_t>("onPersistentRequestThermos", _packet, true,
+                                      [](ps_data_t* data, QString const& key, ps_object_thermostat_t* object) {
+                                          data->getThermo()->update_thermos(key, object, true);
+                                      });
+}
+
+void ps_handler_request_t::onPersistentRequestThermo(QJsonObject _packet, QString _key)
+{
+    handle("onPersistentRequestThermo", _packet, [&](persistent_t*, ps_data_t* data) {
+        ps_object_thermostat_t* object = nullptr;
+        if (!frame.payloadObject(_packet, object, "onPersistentRequestThermo"))
+            return false;
+        data->getThermo()->update_thermos(_key, object, true);
+        // Only a removal can leave references behind.
+        return object == nullptr;
     });
 }
 

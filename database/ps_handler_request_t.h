@@ -7,6 +7,7 @@
 #include <QStringList>
 
 #include "database/handler_frame_t.h"
+#include "database/persistent/dbs/ps_elements_t.h"
 #include "database/persistent/dbs/ps_items_t.h"
 #include "database/persistent/dbs/ps_presencesimulation_t.h"
 #include "database/persistent/dbs/ps_smartbutton_t.h"
@@ -47,6 +48,15 @@ public:
     void handlePersistentRequestPresenceSimulation(persistent::dbs::ps_presencesimulation_t* object,
                                                    bool& _consistency);
     void handlePersistentRequestSmartButton(persistent::dbs::ps_smartbutton_t* object, bool& _consistency);
+    void handlePersistentRequestElement(persistent::objects::ps_object_element_t* element, QString const& id,
+                                        bool& _consistency);
+    /// A scenario element owns its scene: it is created, renamed and removed with it.
+    bool handlePersistentRequestElementScenary(persistent::objects::ps_object_element_t* element, QString const& id);
+    /// A thermostat element owns its thermostat in the same way.
+    bool handlePersistentRequestElementThermostat(persistent::objects::ps_object_element_t* element,
+                                                  QString const& id);
+    /// Fits an element to the tree: presets to its flags, functions to existing items.
+    void handleElementCheck(QString const& id, persistent::objects::ps_object_element_t* element);
 
 Q_SIGNALS:
     void consistency_check_async(QStringList _howCheck = QStringList(), bool _persistent = true,
@@ -77,6 +87,27 @@ public Q_SLOTS:
     void onPersistentRequestSmartButton(QJsonObject _packet);
     void onPersistentRequestItems(QJsonObject _packet);
     void onPersistentRequestItem(QJsonObject _packet, QString _key);
+    void onPersistentRequestNotify(QJsonObject _packet);
+    void onPersistentRequestNotifyObjects(QJsonObject _packet, QString _key);
+    void onPersistentRequestNotifyEmail(QJsonObject _packet, QString _key);
+    void onPersistentRequestNotifySMTP(QJsonObject _packet);
+    void onPersistentRequestNotifyEnabled(QJsonObject _packet);
+    void onPersistentRequestNotifySoundLen(QJsonObject _packet);
+    void onPersistentRequestScenary(QJsonObject _packet);
+    void onPersistentRequestScenaryObjects(QJsonObject _packet, QString _key);
+    void onPersistentRequestScenaryEnabled(QJsonObject _packet);
+    void onPersistentRequestRules(QJsonObject _packet);
+    void onPersistentRequestRulesObjects(QJsonObject _packet, QString _key);
+    void onPersistentRequestRulesEnabled(QJsonObject _packet);
+    void onPersistentRequestSchedulers(QJsonObject _packet);
+    void onPersistentRequestScheduler(QJsonObject _packet, QString _key);
+    void onPersistentRequestSchedulersEnabled(QJsonObject _packet);
+    void onPersistentRequestPageStack(QJsonObject _packet);
+    void onPersistentRequestOptions(QJsonObject _packet);
+    void onPersistentRequestElements(QJsonObject _packet);
+    void onPersistentRequestElement(QJsonObject _packet, QString _key);
+    void onPersistentRequestThermos(QJsonObject _packet);
+    void onPersistentRequestThermo(QJsonObject _packet, QString _key);
 
 private:
     /// The frame of every slot: lock, trace, body, and the check once unlocked.
@@ -86,6 +117,12 @@ private:
     /// apply; check says whether the consistency check follows.
     template<class T, class Apply>
     void handleObject(char const* slot, QJsonObject const& packet, bool check, Apply apply);
+    /// The frame for a slot whose payload is a map of T: apply for each entry.
+    template<class T, class Apply>
+    void handleMap(char const* slot, QJsonObject const& packet, bool check, Apply apply);
+    /// The frame for a slot whose payload is a bare value of the given type.
+    template<class Apply>
+    void handleValue(char const* slot, QJsonObject const& packet, QJsonValue::Type type, Apply apply);
     /// Whether an item id names an item of the tree.
     bool itemExists(QString const& id) const;
 

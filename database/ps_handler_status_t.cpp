@@ -66,6 +66,28 @@ void ps_handler_status_t::handleObject(char const* slot, QJsonObject const& pack
     });
 }
 
+template<class T, class Apply>
+void ps_handler_status_t::handleMap(char const* slot, QJsonObject const& packet, Apply apply)
+{
+    handle(slot, packet, [&](ps_data_t* data) {
+        QMap<QString, T*> map;
+        if (!frame.payloadMap(packet, map, slot))
+            return;
+        for (auto it = map.begin(); it != map.end(); ++it)
+            apply(data, it.key(), it.value());
+    });
+}
+
+template<class Apply>
+void ps_handler_status_t::handleValue(char const* slot, QJsonObject const& packet, QJsonValue::Type type, Apply apply)
+{
+    handle(slot, packet, [&](ps_data_t* data) {
+        QJsonValue value;
+        if (frame.payloadValue(packet, type, value, slot))
+            apply(data, value);
+    });
+}
+
 void ps_handler_status_t::handlePersistentStatusItem(ps_object_item_t* item, QString const& id)
 {
     engine->getData()->getItems()->update_items(id, item, true);
@@ -264,6 +286,189 @@ void ps_handler_status_t::onPersistentStatusItem(QJsonObject _packet, QString _k
     handleObject<ps_object_item_t>("onPersistentStatusItem", _packet, [&](ps_data_t*, ps_object_item_t* object) {
         handlePersistentStatusItem(object, _key);
     });
+}
+
+// Notifications: the owner sends the notifications that an address change touches.
+
+void ps_handler_status_t::onPersistentStatusNotify(QJsonObject _packet)
+{
+    handleMap<ps_object_notify_t>("onPersistentStatusNotify", _packet,
+                                  [](ps_data_t* data, QString const& key, ps_object_notify_t* object) {
+                                      data->getNotify()->update_notify(key, object, true);
+                                  });
+}
+
+void ps_handler_status_t::onPersistentStatusNotifyObjects(QJsonObject _packet, QString _key)
+{
+    handleObject<ps_object_notify_t>("onPersistentStatusNotifyObjects", _packet,
+                                     [&](ps_data_t* data, ps_object_notify_t* object) {
+                                         data->getNotify()->update_notify(_key, object, true);
+                                     });
+}
+
+void ps_handler_status_t::onPersistentStatusNotifyEmail(QJsonObject _packet, QString _key)
+{
+    handleObject<ps_email_notify_t>("onPersistentStatusNotifyEmail", _packet,
+                                    [&](ps_data_t* data, ps_email_notify_t* object) {
+                                        data->getNotify()->update_email(_key, object, true);
+                                    });
+}
+
+void ps_handler_status_t::onPersistentStatusNotifySMTP(QJsonObject _packet)
+{
+    handleObject<ps_smtp_notify_t>("onPersistentStatusNotifySMTP", _packet,
+                                   [](ps_data_t* data, ps_smtp_notify_t* object) {
+                                       data->getNotify()->update_smtp(object, true);
+                                   });
+}
+
+void ps_handler_status_t::onPersistentStatusNotifyEnabled(QJsonObject _packet)
+{
+    handleValue("onPersistentStatusNotifyEnabled", _packet, QJsonValue::Bool,
+                [](ps_data_t* data, QJsonValue const& value) { data->getNotify()->update_enabled(value.toBool(), true); });
+}
+
+void ps_handler_status_t::onPersistentStatusNotifySoundLen(QJsonObject _packet)
+{
+    handleValue("onPersistentStatusNotifySoundLen", _packet, QJsonValue::Double,
+                [](ps_data_t* data, QJsonValue const& value) { data->getNotify()->update_soundLoop(value.toInt(), true); });
+}
+
+// Scenarios and rules.
+
+void ps_handler_status_t::onPersistentStatusScenary(QJsonObject _packet)
+{
+    handleMap<ps_object_scenary_t>("onPersistentStatusScenary", _packet,
+                                   [](ps_data_t* data, QString const& key, ps_object_scenary_t* object) {
+                                       data->getScenary()->update_scene(key, object, true);
+                                   });
+}
+
+void ps_handler_status_t::onPersistentStatusScenaryObjects(QJsonObject _packet, QString _key)
+{
+    handleObject<ps_object_scenary_t>("onPersistentStatusScenaryObjects", _packet,
+                                      [&](ps_data_t* data, ps_object_scenary_t* object) {
+                                          data->getScenary()->update_scene(_key, object, true);
+                                      });
+}
+
+void ps_handler_status_t::onPersistentStatusScenaryEnabled(QJsonObject _packet)
+{
+    handleValue("onPersistentStatusScenaryEnabled", _packet, QJsonValue::Bool,
+                [](ps_data_t* data, QJsonValue const& value) { data->getScenary()->update_enabled(value.toBool(), true); });
+}
+
+void ps_handler_status_t::onPersistentStatusRules(QJsonObject _packet)
+{
+    handleMap<ps_object_rules_t>("onPersistentStatusRules", _packet,
+                                 [](ps_data_t* data, QString const& key, ps_object_rules_t* object) {
+                                     data->getRules()->update_rule(key, object, true);
+                                 });
+}
+
+void ps_handler_status_t::onPersistentStatusRulesObjects(QJsonObject _packet, QString _key)
+{
+    handleObject<ps_object_rules_t>("onPersistentStatusRulesObjects", _packet,
+                                    [&](ps_data_t* data, ps_object_rules_t* object) {
+                                        data->getRules()->update_rule(_key, object, true);
+                                    });
+}
+
+void ps_handler_status_t::onPersistentStatusRulesEnabled(QJsonObject _packet)
+{
+    handleValue("onPersistentStatusRulesEnabled", _packet, QJsonValue::Bool,
+                [](ps_data_t* data, QJsonValue const& value) { data->getRules()->update_enabled(value.toBool(), true); });
+}
+
+// Schedules.
+
+void ps_handler_status_t::onPersistentStatusSchedulers(QJsonObject _packet)
+{
+    handleMap<ps_object_scheduler_t>("onPersistentStatusSchedulers", _packet,
+                                     [](ps_data_t* data, QString const& key, ps_object_scheduler_t* object) {
+                                         data->getSchedulers()->update_scheduler(key, object, true);
+                                     });
+}
+
+void ps_handler_status_t::onPersistentStatusScheduler(QJsonObject _packet, QString _key)
+{
+    if (!handler_frame_t::isObjectTopic(_packet, literals::key_schedulers, _key)) {
+        frame.log(QStringLiteral("[") + frame.getName() + QStringLiteral("] Payload not valid for ")
+                      + _packet.value(QStringLiteral("topic")).toString() + QStringLiteral(": not a whole schedule"),
+                  ::utility::logs::error, "onPersistentStatusScheduler");
+        return;
+    }
+    handleObject<ps_object_scheduler_t>("onPersistentStatusScheduler", _packet,
+                                        [&](ps_data_t* data, ps_object_scheduler_t* object) {
+                                            data->getSchedulers()->update_scheduler(_key, object, true);
+                                        });
+}
+
+void ps_handler_status_t::onPersistentStatusSchedulersEnabled(QJsonObject _packet)
+{
+    handleValue("onPersistentStatusSchedulersEnabled", _packet, QJsonValue::Bool,
+                [](ps_data_t* data, QJsonValue const& value) {
+                    data->getSchedulers()->update_enabled(value.toBool(), true);
+                });
+}
+
+// Elements: their scenes and thermostats arrive by their own status.
+
+void ps_handler_status_t::onPersistentStatusPageStack(QJsonObject _packet)
+{
+    handleValue("onPersistentStatusPageStack", _packet, QJsonValue::Object,
+                [](ps_data_t* data, QJsonValue const& value) {
+                    data->getElements()->update_page_stack(
+                        ::database::utility::getInstance()->serializer()->deserialize<map_stringlist>(value));
+                });
+}
+
+void ps_handler_status_t::onPersistentStatusOptions(QJsonObject _packet)
+{
+    handleValue("onPersistentStatusOptions", _packet, QJsonValue::Object,
+                [](ps_data_t* data, QJsonValue const& value) {
+                    data->getElements()->update_options(value.toObject().toVariantMap());
+                });
+}
+
+void ps_handler_status_t::onPersistentStatusElements(QJsonObject _packet)
+{
+    handle("onPersistentStatusElements", _packet, [&](ps_data_t* data) {
+        ps_elements_map map;
+        if (!frame.payloadMap(_packet, map, "onPersistentStatusElements", false))
+            return;
+        for (auto it = map.begin(); it != map.end(); ++it)
+            data->getElements()->update_with_dependency(it.key(), it.value());
+    });
+}
+
+void ps_handler_status_t::onPersistentStatusElement(QJsonObject _packet, QString _key)
+{
+    handle("onPersistentStatusElement", _packet, [&](ps_data_t* data) {
+        frame.log(QStringLiteral("Request to update/insert/remove element ") + _key, ::utility::logs::trace,
+                  "onPersistentStatusElement");
+        ps_object_element_t* element = nullptr;
+        if (frame.payloadObject(_packet, element, "onPersistentStatusElement", false))
+            data->getElements()->update_element_to_list(_key, element);
+    });
+}
+
+// Thermostats.
+
+void ps_handler_status_t::onPersistentStatusThermos(QJsonObject _packet)
+{
+    handleMap<ps_object_thermostat_t>("onPersistentStatusThermos", _packet,
+                                      [](ps_data_t* data, QString const& key, ps_object_thermostat_t* object) {
+                                          data->getThermo()->update_thermos(key, object, true);
+                                      });
+}
+
+void ps_handler_status_t::onPersistentStatusThermo(QJsonObject _packet, QString _key)
+{
+    handleObject<ps_object_thermostat_t>("onPersistentStatusThermo", _packet,
+                                         [&](ps_data_t* data, ps_object_thermostat_t* object) {
+                                             data->getThermo()->update_thermos(_key, object, true);
+                                         });
 }
 
 } // namespace database

@@ -66,6 +66,27 @@ public Q_SLOTS:
     void onPersistentStatusSmartButton(QJsonObject _packet);
     void onPersistentStatusItems(QJsonObject _packet);
     void onPersistentStatusItem(QJsonObject _packet, QString _key);
+    void onPersistentStatusNotify(QJsonObject _packet);
+    void onPersistentStatusNotifyObjects(QJsonObject _packet, QString _key);
+    void onPersistentStatusNotifyEmail(QJsonObject _packet, QString _key);
+    void onPersistentStatusNotifySMTP(QJsonObject _packet);
+    void onPersistentStatusNotifyEnabled(QJsonObject _packet);
+    void onPersistentStatusNotifySoundLen(QJsonObject _packet);
+    void onPersistentStatusScenary(QJsonObject _packet);
+    void onPersistentStatusScenaryObjects(QJsonObject _packet, QString _key);
+    void onPersistentStatusScenaryEnabled(QJsonObject _packet);
+    void onPersistentStatusRules(QJsonObject _packet);
+    void onPersistentStatusRulesObjects(QJsonObject _packet, QString _key);
+    void onPersistentStatusRulesEnabled(QJsonObject _packet);
+    void onPersistentStatusSchedulers(QJsonObject _packet);
+    void onPersistentStatusScheduler(QJsonObject _packet, QString _key);
+    void onPersistentStatusSchedulersEnabled(QJsonObject _packet);
+    void onPersistentStatusPageStack(QJsonObject _packet);
+    void onPersistentStatusOptions(QJsonObject _packet);
+    void onPersistentStatusElements(QJsonObject _packet);
+    void onPersistentStatusElement(QJsonObject _packet, QString _key);
+    void onPersistentStatusThermos(QJsonObject _packet);
+    void onPersistentStatusThermo(QJsonObject _packet, QString _key);
 
 private:
     /// The frame of every slot: lock, trace, body.
@@ -74,6 +95,13 @@ private:
     /// The frame for a slot whose payload is one object of class T handed to apply.
     template<class T, class Apply>
     void handleObject(char const* slot, QJsonObject const& packet, Apply apply);
+
+    /// The frame for a slot whose payload is a map of T: apply for each entry.
+    template<class T, class Apply>
+    void handleMap(char const* slot, QJsonObject const& packet, Apply apply);
+    /// The frame for a slot whose payload is a bare value of the given type.
+    template<class Apply>
+    void handleValue(char const* slot, QJsonObject const& packet, QJsonValue::Type type, Apply apply);
 
     handler_frame_t frame{QStringLiteral("ps_handler_status")};
     database_t* database = nullptr;

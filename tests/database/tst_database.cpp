@@ -123,10 +123,14 @@ private Q_SLOTS:
     {
         database_t first(service_t::server, type_brand_t::HALDO);
         first.setName(QStringLiteral("main"));
+        QVERIFY(first.get_rr(QStringLiteral("image_update_service")));
+        QVERIFY(!first.get_rr(QStringLiteral("other")));
         {
             database_t glue(nullptr);
             QCOMPARE(glue.getService(), service_t::client);
             QVERIFY(glue.getPersistent());
+            QVERIFY(!glue.get_rr(QStringLiteral("image_update_service")));
+            QVERIFY(glue.get_rr_map().isEmpty());
         }
         database_t copy(first);
         QCOMPARE(copy.getName(), QStringLiteral("main"));
@@ -134,6 +138,9 @@ private Q_SLOTS:
         QCOMPARE(copy.getService(), service_t::server);
         QVERIFY(copy.getPersistent() != first.getPersistent());
         QCOMPARE(copy.getPersistent()->getJdata(), first.getPersistent()->getJdata());
+        QVERIFY(copy.get_rr_map().isEmpty()); // peers are not copied
+        first.initrr(false);
+        QVERIFY(first.get_rr_map().isEmpty());
     }
 };
 

@@ -1,6 +1,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QtTest>
 
 #include "database/database_t.h"
@@ -256,6 +257,100 @@ private Q_SLOTS:
     {
         request("storage/objects_list/panel", QJsonObject{{"theme", "dark"}});
         QTRY_COMPARE(engine()->getJsonValue("storage/objects_list/panel/theme").toString(), QStringLiteral("dark"));
+    }
+
+    void scenarioElementOwnsItsScene()
+    {
+        auto* scenary = engine()->getData()->getScenary();
+        QJsonObject element{{"@class", "psoe_scenario"}, {"name", "Evening"}, {"scenario_id", "S1"}};
+        request("elements/objects_list/E1", element);
+        QTRY_VERIFY(scenary->getObjects().contains("S1"));
+        QCOMPARE(scenary->getObjects().value("S1")->getName(), QStringLiteral("Evening"));
+
+        element.insert("name", "Night");
+        request("elements/objects_list/E1", element);
+        QTRY_COMPARE(scenary->getObjects().value("S1")->getName(), QStringLiteral("Night"));
+
+        request("elements/objects_list/E1", QJsonObject());
+        QTRY_VERIFY(!scenary->getObjects().contains("S1"));
+        QVERIFY(!engine()->getData()->getElements()->getObjects().contains("E1"));
+    }
+
+    void knxScenarioElementLeavesScenesAlone()
+    {
+        QJsonObject const element{{"@class", "psoe_scenario"}, {"name", "Bus scene"}, {"scenario_id", "S2"},
+                                  {"flags", int(0x80000000)}};
+        request("elements/objects_list/E2", element);
+        QTRY_VERIFY(engine()->getData()->getElements()->getObjects().contains("E2"));
+        QVERIFY(!engine()->getData()->getScenary()->getObjects().contains("S2"));
+    }
+
+    void statusRemovingScenarioElementKeepsTheScene()
+    {
+        auto* scenary = engine()->getData()->getScenary();
+        request("elements/objects_list/E1", QJsonObject{{"@class", "psoe_scenario"}, {"name", "Evening"},
+                                                        {"scenario_id", "S1"}});
+        QTRY_VERIFY(scenary->getObjects().contains("S1"));
+        status("elements/objects_list/E1", QJsonObject());
+        QTRY_VERIFY(!engine()->getData()->getElements()->getObjects().contains("E1"));
+        QTest::qWait(20);
+        QVERIFY(scenary->getObjects().contains("S1"));
+    }
+
+    void thermostatElementOwnsItsThermostat()
+    {
+        auto* thermo = engine()->getData()->getThermo();
+        request("elements/objects_list/T1", QJsonObject{{"@class", "psoe_thermo_logic"}, {"name", "Living"},
+                                                        {"thermo_id", "TH1"}});
+        QTRY_VERIFY(thermo->getObjects().contains("TH1"));
+        QCOMPARE(thermo->getObjects().value("TH1")->getName(), QStringLiteral("Living"));
+        request("elements/objects_list/T1", QJsonObject());
+        QTRY_VERIFY(!thermo->getObjects().contains("TH1"));
+    }
+
+    void elementFunctionsKeepOnlyExistingItems()
+    {
+        request("items/objects_list/L1", itemPayload(""));
+        QTRY_VERIFY(hasItem("L1"));
+        request("elements/objects_list/E3", QJsonObject{{"@class", "psoe_onoff"}, {"name", "Lamp"},
+                                                        {"function_map", QJsonObject{{"onoff", "L1"}, {"status", "ghost"}}}});
+        QTRY_VERIFY(engine()->getData()->getElements()->getObjects().contains("E3"));
+        QCOMPARE(engine()->getData()->getElements()->getObjects().value("E3")->getFunction_map().keys(),
+                 QStringList{"onoff"});
+    }
+
+    void sectionSwitchesAndLists_data()
+    {
+        QTest::addColumn<QString>("relative");
+        QTest::addColumn<QJsonValue>("payload");
+        QTest::addColumn<QString>("path");
+        QTest::newRow("scenarios off") << "scenary/enabled" << QJsonValue(false) << "scenary/enabled";
+        QTest::newRow("rules off") << "rules/enabled" << QJsonValue(false) << "rules/enabled";
+        QTest::newRow("schedules off") << "schedulers/enabled" << QJsonValue(false) << "schedulers/enabled";
+        QTest::newRow("notifications on") << "notify/enabled" << QJsonValue(true) << "notify/enabled";
+        QTest::newRow("page stack") << "elements/page_stack" << QJsonValue(QJsonObject{{"P1", QJsonArray{"R1"}}})
+                                    << "elements/page_stack";
+    }
+
+    void sectionSwitchesAndLists()
+    {
+        QFETCH(QString, relative);
+        QFETCH(QJsonValue, payload);
+        QFETCH(QString, path);
+        request(relative, payload);
+        QTRY_COMPARE(engine()->getJsonValue(path), payload);
+    }
+
+    void wholeDefaultDocumentSurvivesSaveAndLoad()
+    {
+        QTemporaryDir dir;
+        QString const path = dir.filePath("db.json");
+        QJsonObject const before = engine()->getJdata();
+        QCOMPARE(before.keys().size(), 15);
+        QVERIFY(engine()->saveToFile(path, true));
+        int result = 0;
+        QVERIFY(!engine()->loadFromFile(path, result).isEmpty());
+        QCOMPARE(engine()->getJdata(), before);
     }
 
     void payloadOfWrongTypeChangesNothing_data()
