@@ -48,8 +48,10 @@ case "${1:-help}" in
         "$host" --data "$here/data" < "$here/examples/demo.jsonl"
         echo "== Saved in data/persistent.json: items" >&2
         "$host" --data "$here/data" --dump items
-        echo "== Saved in data/persistent.json: drivers" >&2
-        "$host" --data "$here/data" --dump drivers ;;
+        for section in drivers elements schedulers; do
+            echo "== Saved in data/persistent.json: $section" >&2
+            "$host" --data "$here/data" --dump "$section"
+        done ;;
     test)
         build
         ctest --test-dir "$build_dir" --output-on-failure -j "$(nproc)" ;;
