@@ -9,6 +9,7 @@
 #include "database/utility/utility.h"
 #include "platform/logs/classlogs.h"
 #include "platform/qjsonserializer/qjsonserializer.h"
+#include "support/model_test.h"
 #include "support/packet_recorder.h"
 
 using database::definition::type_brand_t;
@@ -18,10 +19,6 @@ using database::persistent::definition::ps_knx_mode_t;
 
 namespace {
 
-QJsonSerializer* serializer()
-{
-    return database::utility::getInstance()->serializer();
-}
 
 QJsonObject at(QJsonObject const& object, QString const& path)
 {

@@ -10,6 +10,7 @@
 #include "database/utility/utility.h"
 #include "platform/logs/classlogs.h"
 #include "platform/qjsonserializer/qjsonserializer.h"
+#include "support/model_test.h"
 #include "support/packet_recorder.h"
 
 using database::base::topicbase_t;
@@ -18,21 +19,12 @@ using namespace database::persistent::objects::drivers;
 
 namespace {
 
-QJsonSerializer* serializer()
-{
-    return database::utility::getInstance()->serializer();
-}
 
 QJsonObject json(char const* text)
 {
     return QJsonDocument::fromJson(QByteArray(text)).object();
 }
 
-void drainEvents()
-{
-    QCoreApplication::processEvents();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
 
 template<class Bus>
 Bus* makeBus(bool enabled, int interval, QString const& type, QString const& address)

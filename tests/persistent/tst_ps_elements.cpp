@@ -28,6 +28,7 @@
 #include "database/persistent/objects/ps_object_desktop_t.h"
 #include "database/utility/utility.h"
 #include "platform/qjsonserializer/qjsonserializer.h"
+#include "support/model_test.h"
 #include "support/log_capture.h"
 #include "support/packet_recorder.h"
 
@@ -54,16 +55,7 @@ public:
     int getTypeIndex() const override { return ELEMENT_TYPE_PAGE; }
 };
 
-QJsonSerializer* serializer()
-{
-    return database::utility::getInstance()->serializer();
-}
 
-void drainEvents()
-{
-    QCoreApplication::processEvents();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
 
 QStringList topicsOf(QList<QJsonObject> const& packets)
 {

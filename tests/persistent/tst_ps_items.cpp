@@ -7,6 +7,7 @@
 #include "database/persistent/objects/ps_object_t.h"
 #include "database/utility/utility.h"
 #include "platform/qjsonserializer/qjsonserializer.h"
+#include "support/model_test.h"
 #include "support/packet_recorder.h"
 
 using database::persistent::ps_items_map;
@@ -16,10 +17,6 @@ using database::persistent::objects::ps_object_t;
 
 namespace {
 
-QJsonSerializer* serializer()
-{
-    return database::utility::getInstance()->serializer();
-}
 
 ps_object_item_t* makeItem(QString const& name, QObject* parent = nullptr)
 {
@@ -29,11 +26,6 @@ ps_object_item_t* makeItem(QString const& name, QObject* parent = nullptr)
                                 QVariantMap{{QStringLiteral("E1"), 1}}, 5, parent);
 }
 
-void drainEvents()
-{
-    QCoreApplication::processEvents();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
 
 } // namespace
 

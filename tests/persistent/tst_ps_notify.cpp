@@ -7,6 +7,7 @@
 #include "database/persistent/dbs/ps_notify_t.h"
 #include "database/utility/utility.h"
 #include "platform/qjsonserializer/qjsonserializer.h"
+#include "support/model_test.h"
 #include "support/log_capture.h"
 #include "support/packet_recorder.h"
 
@@ -22,21 +23,12 @@ using database::persistent::objects::ps_smtp_notify_t;
 
 namespace {
 
-QJsonSerializer* serializer()
-{
-    return database::utility::getInstance()->serializer();
-}
 
 QJsonObject parse(char const* json)
 {
     return QJsonDocument::fromJson(QByteArray(json)).object();
 }
 
-void drainEvents()
-{
-    QCoreApplication::processEvents();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
 
 ps_object_notify_t* makeNotification(QString const& name, QStringList const& emaildst = {})
 {

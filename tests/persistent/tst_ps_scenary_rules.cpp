@@ -7,6 +7,7 @@
 #include "database/persistent/dbs/ps_scenary_t.h"
 #include "database/utility/utility.h"
 #include "platform/qjsonserializer/qjsonserializer.h"
+#include "support/model_test.h"
 #include "support/log_capture.h"
 #include "support/packet_recorder.h"
 
@@ -22,16 +23,7 @@ using database::persistent::objects::ps_object_t;
 
 namespace {
 
-QJsonSerializer* serializer()
-{
-    return database::utility::getInstance()->serializer();
-}
 
-void drainEvents()
-{
-    QCoreApplication::processEvents();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
 
 ps_object_t* makeStep(QString const& id, int order = 0)
 {

@@ -6,6 +6,7 @@
 #include "database/persistent/dbs/ps_scheduler_t.h"
 #include "database/utility/utility.h"
 #include "platform/qjsonserializer/qjsonserializer.h"
+#include "support/model_test.h"
 #include "support/log_capture.h"
 #include "support/packet_recorder.h"
 
@@ -24,16 +25,7 @@ using database::persistent::objects::ps_object_t;
 
 namespace {
 
-QJsonSerializer* serializer()
-{
-    return database::utility::getInstance()->serializer();
-}
 
-void drainEvents()
-{
-    QCoreApplication::processEvents();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
 
 ps_object_t* makeAction(QString const& id, QString const& value)
 {

@@ -13,6 +13,7 @@
 #include "database/utility/utility.h"
 #include "platform/logs/classlogs.h"
 #include "platform/qjsonserializer/qjsonserializer.h"
+#include "support/model_test.h"
 #include "support/packet_recorder.h"
 
 using database::persistent::ps_users_map;
@@ -28,16 +29,7 @@ using database::presencesimulation::definition::psi_type_state_presence_simulati
 
 namespace {
 
-QJsonSerializer* serializer()
-{
-    return database::utility::getInstance()->serializer();
-}
 
-void drainEvents()
-{
-    QCoreApplication::processEvents();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
 
 /// The property names a class declares itself, in declaration order.
 QStringList ownProperties(QMetaObject const* meta)

@@ -11,6 +11,7 @@
 #include "database/persistent/objects/thermo/ps_object_thermo_pwm_t.h"
 #include "database/utility/utility.h"
 #include "platform/qjsonserializer/qjsonserializer.h"
+#include "support/model_test.h"
 #include "support/log_capture.h"
 #include "support/packet_recorder.h"
 
@@ -36,16 +37,7 @@ public:
 
 namespace {
 
-QJsonSerializer* serializer()
-{
-    return database::utility::getInstance()->serializer();
-}
 
-void drainEvents()
-{
-    QCoreApplication::processEvents();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
 
 ps_object_thermo_base_t* makeLoop(QString const& className)
 {
