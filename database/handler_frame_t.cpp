@@ -77,4 +77,10 @@ void handler_frame_t::refusePayload(QJsonObject const& packet, char const* slot,
         ::utility::logs::error, slot);
 }
 
+void handler_frame_t::logException(char const* slot, QString const& what) const
+{
+    log(QStringLiteral("[") + name + QStringLiteral("] ") + QStringLiteral("Handling exception: ") + what,
+        ::utility::logs::exception, slot);
+}
+
 } // namespace database

@@ -12,6 +12,7 @@
 
 #include "database/utility/utility.h"
 #include "platform/logs/classlogs.h"
+#include "platform/qjsonserializer/qjsondeserializationexception.h"
 #include "platform/qjsonserializer/qjsonserializer.h"
 
 #include "database/database_export.h"
@@ -36,12 +37,23 @@ public:
 
     /// Runs body under mutex after the trace line; body tells whether the
     /// consistency check is due, which the caller raises once the lock is gone.
+    /// A packet comes from another process and may be anything: nothing it
+    /// throws may leave the slot, since the event loop would end the process.
     template<class Body>
     bool run(QMutex* mutex, char const* slot, QJsonObject const& packet, Body body) const
     {
         QMutexLocker locker(mutex);
         trace(slot, packet);
-        return body();
+        try {
+            return body();
+        } catch (QJsonDeserializationException const& e) {
+            refusePayload(packet, slot, QString::fromUtf8(e.what()));
+        } catch (std::exception const& e) {
+            logException(slot, QString::fromUtf8(e.what()));
+        } catch (...) {
+            logException(slot, QStringLiteral("unknown"));
+        }
+        return false;
     }
 
     /// The payload as a new object of class T, scheduled for deletion unless
@@ -115,6 +127,7 @@ public:
 private:
     void trace(char const* slot, QJsonObject const& packet) const;
     void refusePayload(QJsonObject const& packet, char const* slot, QString const& why) const;
+    void logException(char const* slot, QString const& what) const;
 
     QString name;
 };

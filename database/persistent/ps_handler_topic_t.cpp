@@ -54,6 +54,11 @@ ps_handler_topic_t::~ps_handler_topic_t()
     }
 }
 
+QStringList ps_handler_topic_t::routePatterns() const
+{
+    return changeTable->patterns() + changeKeyTable->patterns();
+}
+
 void ps_handler_topic_t::addRoute(QString const& relative, QString const& tail,
                                   signal_t change, signal_t status, signal_t request)
 {

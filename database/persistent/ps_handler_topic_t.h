@@ -6,6 +6,7 @@
 #include <QRecursiveMutex>
 #include <QRegExp>
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 
@@ -43,6 +44,10 @@ public:
     bool whoIsChange(QJsonObject const& packet, bool emitSignal = true, bool emitSomething = true);
 
     void initUpdateSignals();
+
+    /// The relative pattern of every route, section routes first, each in
+    /// trial order: the change form, from which the other two are made.
+    QStringList routePatterns() const;
 
 Q_SIGNALS:
     void onPersistentUpdatedSomething(QJsonObject _packet);

@@ -6,6 +6,7 @@
 #include <QMetaMethod>
 
 #include <csignal>
+#include <exception>
 #include <cstdio>
 #include <fcntl.h>
 #include <sys/socket.h>
@@ -146,7 +147,17 @@ void host_session_t::handleLine(QByteArray const& line)
         std::fprintf(stderr, "dbhost: line %lld has no topic, skipped\n", static_cast<long long>(lineNumber));
         return;
     }
-    if (!database->getPersistent()->update(packet))
+    bool accepted = false;
+    try {
+        accepted = database->getPersistent()->update(packet);
+    } catch (std::exception const& e) {
+        std::fprintf(stderr, "dbhost: line %lld ended in an exception, skipped: %s\n",
+                     static_cast<long long>(lineNumber), e.what());
+    } catch (...) {
+        std::fprintf(stderr, "dbhost: line %lld ended in an unknown exception, skipped\n",
+                     static_cast<long long>(lineNumber));
+    }
+    if (!accepted)
         emitLine({{QStringLiteral("event"), QStringLiteral("refused")}, {QStringLiteral("packet"), packet}});
 }
 

@@ -14,6 +14,7 @@
 #include "database/definition/type_brand_t.h"
 #include "database/persistent/define/ps_knx_mode_t.h"
 #include "database/persistent/persistent_t.h"
+#include "host_application_t.h"
 #include "host_session_t.h"
 #include "host_store_t.h"
 #include "platform/logs/classlogs.h"
@@ -48,7 +49,7 @@ int dump(host_store_t const& store, QString const& section)
 
 int main(int argc, char* argv[])
 {
-    QCoreApplication app(argc, argv);
+    host_application_t app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("dbhost"));
     QCoreApplication::setApplicationVersion(database::database_t::getVersion());
 

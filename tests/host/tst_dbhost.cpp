@@ -125,6 +125,29 @@ private Q_SLOTS:
         QCOMPARE(readJson(folder + "/persistent.json.1"), saved);
     }
 
+    void malformedPacketDoesNotEndTheHost_data()
+    {
+        QTest::addColumn<QString>("role");
+        QTest::newRow("server") << "server";
+        QTest::newRow("client") << "client";
+        QTest::newRow("offline") << "offline";
+    }
+
+    void malformedPacketDoesNotEndTheHost()
+    {
+        QFETCH(QString, role);
+        QTemporaryDir dir;
+        QString const folder = dir.filePath("data");
+        QByteArray const bad = R"({"topic": "status/DB/persistent/elements/page_stack", "payload": {"mode": "0 19 * * *", "flags": ""}})";
+        QByteArray const input = bad + '\n' + QByteArray(bad).replace("status/", "request/") + '\n'
+                                 + itemLine("L1", "Lamp").replace("request/", "status/");
+        run_t const run = runHost(folder, input, {"--role", role});
+        QCOMPARE(run.exitCode, 0);
+        QCOMPARE(withSignal(run.lines, "onPersistentChangeItem").size(), 1);
+        QVERIFY(readJson(folder + "/persistent.json").value("items").toObject().value("objects_list").toObject()
+                    .contains("L1"));
+    }
+
     void killedWhileSavingLeavesALoadableDatabase()
     {
         QTemporaryDir dir;
