@@ -20,19 +20,6 @@
 namespace database {
 namespace persistent {
 
-namespace {
-
-// A long burst of updates can't postpone the image for ever.
-constexpr int kForcedSerializeAt = 21;
-constexpr int kSerializeDelayMs = 2000;
-
-QString sha1Hex(QByteArray const& bytes)
-{
-    return QString::fromLatin1(QCryptographicHash::hash(bytes, QCryptographicHash::Sha1).toHex());
-}
-
-} // namespace
-
 persistent_t::persistent_t(::database::definition::service_t const& _service)
 {
     log(name + QStringLiteral("Starting persistent database engine ..."), ::utility::logs::trace, "persistent_t");
@@ -44,15 +31,12 @@ persistent_t::persistent_t(::database::definition::service_t const& _service)
 
 persistent_t::persistent_t(persistent_t const& other)
     : QObject(nullptr)
-    , jdata(other.jdata)
     , counter(other.counter)
     , service(other.service)
-    , hash(other.hash)
-    , hash_list(other.hash_list)
 {
     handler_topic = new ps_handler_topic_t(this);
     initSerializer();
-    deserialize(other.jdata);
+    deserialize(other.image.image());
     initTimer();
 }
 
@@ -68,7 +52,7 @@ persistent_t::~persistent_t()
 
 void persistent_t::initTimer()
 {
-    timer_serializer.setInterval(kSerializeDelayMs);
+    timer_serializer.setInterval(base::json_image_t::rebuildDelayMs);
     auto const type = Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection);
     connect(this, &persistent_t::start_timer_serializer, &timer_serializer, qOverload<>(&QTimer::start), type);
     connect(this, &persistent_t::stop_timer_serializer, &timer_serializer, &QTimer::stop, type);
@@ -136,9 +120,9 @@ void persistent_t::update_database(QJsonObject json, bool send)
         if (incoming)
             incoming->deleteLater();
     }
-    if (!jdata_valid)
+    if (!image.isFresh())
         serialize(false);
-    QList<QString> const changes = utility::compareJdata(jdata, json);
+    QList<QString> const changes = utility::compareJdata(image.image(), json);
 
     dropTree();
     if (incoming) {
@@ -157,18 +141,15 @@ void persistent_t::update_database(QJsonObject json, bool send)
 
 void persistent_t::send_update_database(QList<QString> changes)
 {
-    serialize(false);
-    QJsonObject packet = base::topicbase_t::getPacketUpdated(literals::topic_database, jdata);
+    QJsonObject packet = base::topicbase_t::getPacketUpdated(literals::topic_database, serialize(false));
     packet.insert(QStringLiteral("change_list"), QJsonArray::fromStringList(changes));
     _onUpdated(packet);
 }
 
 QJsonObject persistent_t::getStatusDatabasePacket()
 {
-    if (!jdata_valid)
-        serialize(false);
     QJsonObject packet = base::topicbase_t::getPacketUpdated(
-        literals::status_persistent + QLatin1Char('/') + literals::topic_database, jdata);
+        literals::status_persistent + QLatin1Char('/') + literals::topic_database, serialize(false));
     packet.insert(QStringLiteral("sender"), QString());
     packet.insert(QStringLiteral("destination"), QString());
     return packet;
@@ -176,23 +157,12 @@ QJsonObject persistent_t::getStatusDatabasePacket()
 
 QJsonObject persistent_t::serialize(bool force)
 {
-    if (jdata_valid && !force)
-        return jdata;
-    update_count = 0;
-    try {
-        QJsonObject const image = utility::getInstance()
-                                      ->serializer()
-                                      ->serializeImpl(QVariant::fromValue(static_cast<ps_data_t*>(data)))
-                                      .toObject();
-        jdata = image;
-    } catch (QException const& e) {
-        CLASSLOGS_LOG(QString::fromUtf8(e.what()), ::utility::logs::exception, QStringLiteral("serialize"));
+    if (image.isFresh() && !force)
+        return image.image();
+    if (!image.rebuild(QVariant::fromValue(static_cast<ps_data_t*>(data))))
         return QJsonObject();
-    }
-    calculateHash();
-    jdata_valid = true;
     Q_EMIT onSaveRequest();
-    return jdata;
+    return image.image();
 }
 
 void persistent_t::deserialize(QJsonObject const& json)
@@ -231,27 +201,23 @@ void persistent_t::initSerializer()
 
 QString persistent_t::getHash()
 {
-    if (!jdata_valid)
-        serialize(false);
-    return hash;
+    serialize(false);
+    return image.hash();
 }
 
 QMap<QString, QString> persistent_t::getHashList()
 {
-    if (!jdata_valid)
-        serialize(false);
-    return hash_list;
+    serialize(false);
+    return image.hashList();
 }
 
 int persistent_t::checkHash(QString const& section, QString const& _hash, bool send)
 {
     // The list is read before the image is refreshed: a section unknown so far stays unknown.
-    auto const found = hash_list.constFind(section);
-    if (found == hash_list.constEnd())
+    if (!image.hashList().contains(section))
         return -1;
-    if (!jdata_valid)
-        serialize(false);
-    QString const local = hash_list.value(section);
+    serialize(false);
+    QString const local = image.hashList().value(section);
     if (local == _hash) {
         CLASSLOGS_LOG(name + QStringLiteral("In DB ") + section + QStringLiteral(" not change "),
                       ::utility::logs::warning, QStringLiteral("checkHash"));
@@ -271,19 +237,12 @@ int persistent_t::checkHash(QString const& section, QString const& _hash, bool s
 
 void persistent_t::calculateHash()
 {
-    hash_list.clear();
-    for (auto it = jdata.constBegin(); it != jdata.constEnd(); ++it) {
-        hash_list.insert(it.key(), sha1Hex(utility::JsonToString(it.value().toObject(), QJsonDocument::Compact)
-                                               .toUtf8()));
-    }
-    hash = sha1Hex(utility::JsonToString(jdata, QJsonDocument::Compact).toUtf8());
+    image.calculateHash();
 }
 
 QJsonObject persistent_t::getJdata()
 {
-    if (!jdata_valid)
-        serialize(false);
-    return jdata;
+    return serialize(false);
 }
 
 QJsonObject persistent_t::getJdata(definition::ps_type_database_field_t const& field)
@@ -309,7 +268,7 @@ void persistent_t::print()
 {
     QMessageLogger().info(QLoggingCategory("default")).noquote()
         << QJsonDocument(getJdata()).toJson(QJsonDocument::Indented);
-    CLASSLOGS_LOG(name + QStringLiteral("HASH CONFIG: ") + hash, ::utility::logs::trace, QStringLiteral("print"));
+    CLASSLOGS_LOG(name + QStringLiteral("HASH CONFIG: ") + image.hash(), ::utility::logs::trace, QStringLiteral("print"));
 }
 
 void persistent_t::initRequestGeneralSignals(bool connect)
@@ -326,9 +285,7 @@ void persistent_t::timer_serializer_elepsed()
 
 void persistent_t::_onUpdated(QJsonObject _packet)
 {
-    jdata_valid = false;
-    ++update_count;
-    if (update_count >= kForcedSerializeAt)
+    if (image.noteUpdate())
         serialize(true);
     else
         Q_EMIT start_timer_serializer();
@@ -386,31 +343,10 @@ QJsonObject persistent_t::loadFromJson(QJsonObject& json, int& result)
     return QJsonObject();
 }
 
-QJsonObject persistent_t::readJsonFile(QString const& path, char const* source, bool& ok)
-{
-    ok = false;
-    QFile file(path);
-    if (!file.exists()) {
-        log(name + QStringLiteral("File not exist ... ") + path, ::utility::logs::error, source);
-        return QJsonObject();
-    }
-    if (!file.open(QIODevice::ReadOnly))
-        return QJsonObject();
-    QJsonParseError error;
-    QJsonDocument const document = QJsonDocument::fromJson(file.readAll(), &error);
-    file.close();
-    if (error.error != QJsonParseError::NoError) {
-        log(name + QStringLiteral("Error parsing file"), ::utility::logs::error, source);
-        return QJsonObject();
-    }
-    ok = true;
-    return document.object();
-}
-
 QJsonObject persistent_t::loadFromFile(QString const& path, int& result)
 {
     bool ok = false;
-    QJsonObject json = readJsonFile(path, "loadFromFile", ok);
+    QJsonObject json = base::json_image_t::readFile(path, name, "loadFromFile", ok);
     if (!ok)
         return QJsonObject();
     return loadFromJson(json, result);
@@ -419,31 +355,14 @@ QJsonObject persistent_t::loadFromFile(QString const& path, int& result)
 QJsonObject persistent_t::readFromFile(QString const& path)
 {
     bool ok = false;
-    return readJsonFile(path, "readFromFile", ok);
+    return base::json_image_t::readFile(path, name, "readFromFile", ok);
 }
 
 bool persistent_t::saveToFile(QString const& path, bool force)
 {
-    QMutexLocker locker(save_mutex);
-    if (force || !jdata_valid)
+    if (force || !image.isFresh())
         serialize(false);
-    QFile file(path);
-    if (!file.exists())
-        log(name + QStringLiteral("File not foud write ") + path, ::utility::logs::warning, "saveToFile");
-    // Written in place: the host that wants atomic saves gives a temporary path and renames it.
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
-        log(name + QStringLiteral("Unable to open file: ") + path, ::utility::logs::error, "saveToFile");
-        return false;
-    }
-    QByteArray const bytes = QJsonDocument(jdata).toJson(QJsonDocument::Indented);
-    if (file.write(bytes) != bytes.size() || !file.flush()) {
-        file.close();
-        locker.unlock();
-        log(name + QStringLiteral("Unable to write file: ") + path, ::utility::logs::error, "saveToFile");
-        return false;
-    }
-    file.close();
-    return true;
+    return image.writeFile(path, name, save_mutex);
 }
 
 void persistent_t::log(QString const& message, ::utility::logs::LogLevel level, char const* source) const

@@ -12,6 +12,7 @@
 #include <QStringList>
 #include <QTimer>
 
+#include "database/base/json_image_t.h"
 #include "database/definition/service_t.h"
 #include "database/persistent/define/ps_type_database_field_t.h"
 #include "database/persistent/ps_data_t.h"
@@ -47,8 +48,8 @@ public:
     ps_data_t* getData() const { return data; }
     ps_handler_topic_t* getHandlerTopic() const { return handler_topic; }
     QMutex* getAccessMutex() const { return access_mutex; }
-    int getUpdateCount() const { return update_count; }
-    bool isJdataValid() const { return jdata_valid; }
+    int getUpdateCount() const { return image.updates(); }
+    bool isJdataValid() const { return image.isFresh(); }
 
     /// Entry of every packet from the host; false when no route takes it.
     bool update(QJsonObject const& packet);
@@ -109,19 +110,13 @@ private Q_SLOTS:
 private:
     void initTimer();
     void dropTree();
-    /// Reads and parses a file; empty on any failure, after the line under source.
-    QJsonObject readJsonFile(QString const& path, char const* source, bool& ok);
     void log(QString const& message, ::utility::logs::LogLevel level, char const* source) const;
 
     QTimer timer_serializer;
-    bool jdata_valid = false;
-    int update_count = 0;
-    QJsonObject jdata;
+    base::json_image_t image;
     int counter = 0;
     ::database::definition::service_t service;
     QString name;
-    QString hash;
-    QMap<QString, QString> hash_list;
     QMutex* access_mutex = nullptr;
     QMutex* save_mutex = nullptr;
     ps_handler_topic_t* handler_topic = nullptr;

@@ -1,0 +1,61 @@
+#ifndef DATABASE_BASE_JSON_IMAGE_T_H
+#define DATABASE_BASE_JSON_IMAGE_T_H
+
+#include <QJsonObject>
+#include <QMap>
+#include <QMutex>
+#include <QString>
+#include <QVariant>
+
+#include "database/database_export.h"
+
+namespace database {
+namespace base {
+
+/**
+ * What every engine keeps beside its tree: the JSON image with the SHA-1 hash
+ * of each section and of the whole, whether the image is fresh, the count of
+ * updates since the last rebuild, and the reading and writing of the image as
+ * a file. The engines differ in their trees and signals, not in this.
+ */
+class DATABASE_EXPORT json_image_t
+{
+public:
+    /// A burst of updates can't postpone the rebuild for ever.
+    static constexpr int forcedRebuildAt = 21;
+    static constexpr int rebuildDelayMs = 2000;
+
+    bool isFresh() const { return fresh; }
+    int updates() const { return updateCount; }
+    QJsonObject const& image() const { return jdata; }
+    QString const& hash() const { return wholeHash; }
+    QMap<QString, QString> const& hashList() const { return hashes; }
+
+    /// Serializes root into the image and rehashes it; false, after the level 1
+    /// line under "serialize", when the serializer throws (the image then stays
+    /// stale). The update count starts again either way.
+    bool rebuild(QVariant const& root);
+    /// Marks the image stale after a change of the tree; true when this change
+    /// is the one that must rebuild at once.
+    bool noteUpdate();
+    void calculateHash();
+
+    /// Reads and parses path; empty, after the engine's line under source, when
+    /// the file is missing or not JSON.
+    static QJsonObject readFile(QString const& path, QString const& name, char const* source, bool& ok);
+    /// Writes the image, indented, in place at path under the mutex, with the
+    /// engines' lines. False when nothing complete was written.
+    bool writeFile(QString const& path, QString const& name, QMutex* mutex) const;
+
+private:
+    QJsonObject jdata;
+    QString wholeHash;
+    QMap<QString, QString> hashes;
+    int updateCount = 0;
+    bool fresh = false;
+};
+
+} // namespace base
+} // namespace database
+
+#endif // DATABASE_BASE_JSON_IMAGE_T_H
