@@ -1,16 +1,21 @@
 #include "database/database_t.h"
 
+#include <QJsonDocument>
 #include <QMutexLocker>
 #include <QRegExp>
 
 #include "database/base/literals.h"
 #include "database/default/persistent/ps_default_t.h"
+#include "database/default/realtime/rt_default_t.h"
 #include "database/definition/type_knx_mode_t.h"
 #include "database/migration/migration_t.h"
 #include "database/persistent/persistent_t.h"
 #include "database/ps_handler_request_t.h"
 #include "database/ps_handler_status_t.h"
+#include "database/realtime/realtime_t.h"
 #include "database/rr/rr_image_updater_t.h"
+#include "database/rt_handler_request_t.h"
+#include "database/rt_handler_status_t.h"
 #include "database/utility/utility.h"
 
 namespace database {
@@ -39,10 +44,12 @@ database_t::database_t(::database::definition::service_t const& _service,
     utility::getInstance();
     persistent::ps_default_t::createInstance(brand, kVersion);
     persistent::ps_default_t::getInstance()->setKnx_mode(mode);
+    realtime::rt_default_t::createInstance(brand);
     migration::migration_t::createInstance(brand);
     createEngines();
     createHandlers();
     initrr(true);
+    setOfflineHandler();
     initInternalEvent(true);
 }
 
@@ -53,6 +60,7 @@ database_t::database_t(QObject* parent)
     service = ::database::definition::service_t::client;
     createEngines();
     createHandlers();
+    setOfflineHandler();
     initInternalEvent(true);
 }
 
@@ -61,9 +69,11 @@ database_t::database_t(database_t const& other)
 {
     // The engines exist before the name and the role are handed on to them.
     persistent = new persistent::persistent_t(*other.persistent);
+    realtime = new realtime::realtime_t(*other.realtime);
     service = other.service;
     name = other.name;
     persistent->setName(name);
+    realtime->setName(name);
     createHandlers();
     initInternalEvent(true);
 }
@@ -73,7 +83,10 @@ database_t::~database_t()
     initInternalEvent(false);
     delete ps_handler_request;
     delete ps_handler_status;
+    delete rt_handler_status;
+    delete rt_handler_request;
     delete persistent;
+    delete realtime;
     initrr(false);
 }
 
@@ -88,12 +101,22 @@ void database_t::initrr(bool create)
 void database_t::createEngines()
 {
     persistent = new persistent::persistent_t(service);
+    realtime = new realtime::realtime_t(service);
 }
 
 void database_t::createHandlers()
 {
     ps_handler_request = new ps_handler_request_t(this, nullptr);
     ps_handler_status = new ps_handler_status_t(this, nullptr);
+    rt_handler_status = new rt_handler_status_t(this, nullptr);
+}
+
+void database_t::setOfflineHandler()
+{
+    // Only an offline process answers the realtime request it can answer itself.
+    delete rt_handler_request;
+    if (service == ::database::definition::service_t::offline)
+        rt_handler_request = new rt_handler_request_t(this, nullptr);
 }
 
 persistent::persistent_t* database_t::getPersistent() const
@@ -103,6 +126,25 @@ persistent::persistent_t* database_t::getPersistent() const
         return persistent;
     }
     return persistent;
+}
+
+realtime::realtime_t* database_t::getRealtime() const
+{
+    if (realtime && realtime->getAccessMutex()) {
+        QMutexLocker locker(realtime->getAccessMutex());
+        return realtime;
+    }
+    return realtime;
+}
+
+rt_handler_status_t* database_t::getRtHandlerStatus() const
+{
+    return rt_handler_status;
+}
+
+rt_handler_request_t* database_t::getRtHandlerRequest() const
+{
+    return rt_handler_request;
 }
 
 ps_handler_request_t* database_t::getHandlerRequest() const
@@ -120,6 +162,9 @@ void database_t::setService(::database::definition::service_t const& _service)
     service = _service;
     if (persistent)
         persistent->setService(service);
+    if (realtime)
+        realtime->setService(service);
+    setOfflineHandler();
 }
 
 void database_t::setName(QString const& _name)
@@ -127,6 +172,8 @@ void database_t::setName(QString const& _name)
     name = _name;
     if (persistent)
         persistent->setName(name);
+    if (realtime)
+        realtime->setName(name);
 }
 
 QString database_t::getVersion()
@@ -143,12 +190,18 @@ void database_t::initInternalEvent(bool connect)
                          Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection));
         QObject::connect(persistent, &persistent::persistent_t::eventOfflineRequest, this,
                          &database_t::eventOfflineRequest, Qt::QueuedConnection);
+        if (realtime)
+            QObject::connect(realtime, &realtime::realtime_t::eventOfflineRequest, this,
+                             &database_t::eventOfflineRequest, Qt::QueuedConnection);
         QObject::connect(persistent->getHandlerTopic(), &persistent::ps_handler_topic_t::onPersistentUpdatedSomething,
                          this, &database_t::onPersistentUpdatedSomething, Qt::QueuedConnection);
     } else {
         QObject::disconnect(persistent, &persistent::persistent_t::resetDatabase, this, &database_t::resetDatabase);
         QObject::disconnect(persistent, &persistent::persistent_t::eventOfflineRequest, this,
                             &database_t::eventOfflineRequest);
+        if (realtime)
+            QObject::disconnect(realtime, &realtime::realtime_t::eventOfflineRequest, this,
+                                &database_t::eventOfflineRequest);
         QObject::disconnect(persistent->getHandlerTopic(),
                             &persistent::ps_handler_topic_t::onPersistentUpdatedSomething, this,
                             &database_t::onPersistentUpdatedSomething);
@@ -177,6 +230,12 @@ void database_t::eventOfflineRequest(QJsonObject _packet)
         persistent->update(_packet);
         return;
     }
+    if (pattern.cap(1) == literals::request_realtime) {
+        // Without a server a realtime request is the new state itself.
+        _packet.insert(QStringLiteral("topic"), literals::status_realtime + QLatin1Char('/') + pattern.cap(2));
+        realtime->update(_packet);
+        return;
+    }
     log(name + QStringLiteral("No roolback possible"), ::utility::logs::error, "eventOfflineRequest");
 }
 
@@ -194,6 +253,13 @@ void database_t::roolbackPacket(QJsonObject packet)
         packet.insert(QStringLiteral("topic"), relative);
         packet.insert(QStringLiteral("payload"), persistent->getJsonValue(relative));
         persistent->getHandlerTopic()->whoIsChange(packet, true, false);
+        return;
+    }
+    if (pattern.cap(1) == literals::request_realtime) {
+        QString const relative = pattern.cap(2);
+        packet.insert(QStringLiteral("topic"), relative);
+        packet.insert(QStringLiteral("payload"), utility::getJsonValue(QJsonDocument(realtime->getJdata()), relative));
+        realtime->getHandlerTopic()->whoIsChange(packet, true, false);
         return;
     }
     log(name + QStringLiteral("No roolback possible"), ::utility::logs::error, "roolbackPacket");

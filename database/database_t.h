@@ -19,11 +19,16 @@ namespace database {
 namespace persistent {
 class persistent_t;
 }
+namespace realtime {
+class realtime_t;
+}
 namespace rr {
 class rr_base_t;
 }
 class ps_handler_request_t;
 class ps_handler_status_t;
+class rt_handler_status_t;
+class rt_handler_request_t;
 
 /**
  * The one object a host process creates. It brings up the library's
@@ -45,6 +50,7 @@ public:
 
     /// Held briefly under the engine's access mutex, so that no handler is mid-slot.
     persistent::persistent_t* getPersistent() const;
+    realtime::realtime_t* getRealtime() const;
 
     /// The outside-service peers by service name; the façade owns them.
     QMap<QString, rr::rr_base_t*> const& get_rr_map() const { return rr; }
@@ -65,6 +71,9 @@ public:
 
     ps_handler_request_t* getHandlerRequest() const;
     ps_handler_status_t* getHandlerStatus() const;
+    rt_handler_status_t* getRtHandlerStatus() const;
+    /// Null but in the offline role.
+    rt_handler_request_t* getRtHandlerRequest() const;
 
 Q_SIGNALS:
     void onSyncRT(bool softreset, bool _save);
@@ -80,13 +89,17 @@ private Q_SLOTS:
 private:
     void createEngines();
     void createHandlers();
+    void setOfflineHandler();
     void log(QString const& message, ::utility::logs::LogLevel level, char const* source) const;
 
     ::database::definition::service_t service;
     QString name;
     persistent::persistent_t* persistent = nullptr;
+    realtime::realtime_t* realtime = nullptr;
     QPointer<ps_handler_request_t> ps_handler_request;
     QPointer<ps_handler_status_t> ps_handler_status;
+    QPointer<rt_handler_status_t> rt_handler_status;
+    QPointer<rt_handler_request_t> rt_handler_request;
     QMap<QString, rr::rr_base_t*> rr;
 };
 

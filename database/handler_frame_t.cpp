@@ -29,7 +29,7 @@ bool handler_frame_t::isObjectTopic(QJsonObject const& packet, QString const& se
 }
 
 void handler_frame_t::connectByName(QObject* router, QObject* handler, QByteArray const& prefix, bool connect,
-                                    QMap<QByteArray, QByteArray> const& renamed)
+                                    QMap<QByteArray, QByteArray> const& renamed, Qt::ConnectionType type)
 {
     if (!router || !handler)
         return;
@@ -48,7 +48,7 @@ void handler_frame_t::connectByName(QObject* router, QObject* handler, QByteArra
             continue; // a section without handling in this process
         QMetaMethod const slot = handlerMeta->method(slotIndex);
         if (connect)
-            QObject::connect(router, signal, handler, slot, Qt::QueuedConnection);
+            QObject::connect(router, signal, handler, slot, type);
         else
             QObject::disconnect(router, signal, handler, slot);
     }
@@ -64,7 +64,7 @@ void handler_frame_t::trace(char const* slot, QJsonObject const& packet) const
     auto* logs = ::utility::logs::classlogs::getInstance();
     if (!logs->isEnabled(::utility::logs::trace))
         return;
-    logs->log_asynch(QStringLiteral("[") + name + QStringLiteral("] ") + QStringLiteral("Slots request:")
+    logs->log_asynch(QStringLiteral("[") + name + QStringLiteral("] ") + traceWord
                          + QString::fromLatin1(slot) + QStringLiteral(" topic: ")
                          + packet.value(QStringLiteral("topic")).toString(),
                      ::utility::logs::trace, QString::fromLatin1(slot), __FILE__, __LINE__);

@@ -28,8 +28,10 @@ namespace database {
 class DATABASE_EXPORT handler_frame_t
 {
 public:
-    explicit handler_frame_t(QString name)
+    /// traceWord starts the trace line of every slot ("Slots request:" or "Slots status:").
+    explicit handler_frame_t(QString name, QString traceWord = QStringLiteral("Slots request:"))
         : name(std::move(name))
+        , traceWord(std::move(traceWord))
     {
     }
 
@@ -39,10 +41,12 @@ public:
     /// consistency check is due, which the caller raises once the lock is gone.
     /// A packet comes from another process and may be anything: nothing it
     /// throws may leave the slot, since the event loop would end the process.
+    /// second, when given, is taken after mutex: the lock order of the engines.
     template<class Body>
-    bool run(QMutex* mutex, char const* slot, QJsonObject const& packet, Body body) const
+    bool run(QMutex* mutex, char const* slot, QJsonObject const& packet, Body body, QMutex* second = nullptr) const
     {
         QMutexLocker locker(mutex);
+        QMutexLocker secondLocker(second);
         trace(slot, packet);
         try {
             return body();
@@ -58,13 +62,17 @@ public:
 
     /// The payload as a new object of class T, scheduled for deletion unless
     /// the model takes it over (release false); an empty object gives null,
-    /// which means removal. False, with a log line,
-    /// when the payload isn't an object or doesn't read as T.
+    /// which means removal. False, with a log line, when the payload doesn't
+    /// read as T, or isn't an object and strict is true; when strict is false
+    /// a payload that isn't an object counts as an empty one.
     template<class T>
-    bool payloadObject(QJsonObject const& packet, T*& object, char const* slot, bool release = true) const
+    bool payloadObject(QJsonObject const& packet, T*& object, char const* slot, bool release = true,
+                       bool strict = true) const
     {
         object = nullptr;
         QJsonValue const payload = packet.value(QStringLiteral("payload"));
+        if (!payload.isObject() && !strict)
+            return true;
         if (!payload.isObject()) {
             refusePayload(packet, slot, QStringLiteral("payload is not an object"));
             return false;
@@ -120,7 +128,8 @@ public:
     /// prefix to the handler's slot of the same signature, queued. renamed maps
     /// a signal name to a slot name that differs from it.
     static void connectByName(QObject* router, QObject* handler, QByteArray const& prefix, bool connect,
-                              QMap<QByteArray, QByteArray> const& renamed = {});
+                              QMap<QByteArray, QByteArray> const& renamed = {},
+                              Qt::ConnectionType type = Qt::QueuedConnection);
 
     void log(QString const& message, ::utility::logs::LogLevel level, char const* source) const;
 
@@ -130,6 +139,7 @@ private:
     void logException(char const* slot, QString const& what) const;
 
     QString name;
+    QString traceWord;
 };
 
 } // namespace database

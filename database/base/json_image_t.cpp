@@ -57,7 +57,8 @@ void json_image_t::calculateHash()
     wholeHash = sha1Hex(utility::JsonToString(jdata, QJsonDocument::Compact).toUtf8());
 }
 
-QJsonObject json_image_t::readFile(QString const& path, QString const& name, char const* source, bool& ok)
+QJsonObject json_image_t::readFile(QString const& path, QString const& name, char const* source, bool& ok,
+                                   bool recode)
 {
     ok = false;
     QFile file(path);
@@ -68,7 +69,10 @@ QJsonObject json_image_t::readFile(QString const& path, QString const& name, cha
     if (!file.open(QIODevice::ReadOnly))
         return QJsonObject();
     QJsonParseError error;
-    QJsonDocument const document = QJsonDocument::fromJson(file.readAll(), &error);
+    QByteArray bytes = file.readAll();
+    if (recode)
+        bytes = QString::fromUtf8(bytes).toUtf8();
+    QJsonDocument const document = QJsonDocument::fromJson(bytes, &error);
     file.close();
     if (error.error != QJsonParseError::NoError) {
         log(name + QStringLiteral("Error parsing file"), ::utility::logs::error, source);

@@ -41,8 +41,10 @@ public:
     void calculateHash();
 
     /// Reads and parses path; empty, after the engine's line under source, when
-    /// the file is missing or not JSON.
-    static QJsonObject readFile(QString const& path, QString const& name, char const* source, bool& ok);
+    /// the file is missing or not JSON. With recode, bytes that aren't UTF-8
+    /// become replacement characters instead of failing the parse.
+    static QJsonObject readFile(QString const& path, QString const& name, char const* source, bool& ok,
+                                bool recode = false);
     /// Writes the image, indented, in place at path under the mutex, with the
     /// engines' lines. False when nothing complete was written.
     bool writeFile(QString const& path, QString const& name, QMutex* mutex) const;
