@@ -26,6 +26,7 @@ ps_handler_request_t::ps_handler_request_t(database_t* _database, QObject* paren
     : QObject(parent)
     , database(_database)
     , engine(_database ? _database->getPersistent() : nullptr)
+    , twin(_database)
 {
     frame.log(QStringLiteral("Starting persistent topic handler engine ..."), ::utility::logs::trace,
               "ps_handler_request_t");
@@ -36,6 +37,7 @@ ps_handler_request_t::ps_handler_request_t(ps_handler_request_t const& other)
     : QObject(nullptr)
     , database(other.database)
     , engine(other.engine)
+    , twin(other.twin)
 {
     initRequestEvent(true);
 }
@@ -57,11 +59,12 @@ void ps_handler_request_t::initRequestEvent(bool connect)
 }
 
 template<class Body>
-void ps_handler_request_t::handle(char const* slot, QJsonObject const& packet, Body body)
+void ps_handler_request_t::handle(char const* slot, QJsonObject const& packet, Body body, bool live)
 {
-    bool const check = frame.run(engine->getAccessMutex(), slot, packet, [&] {
-        return engine->getData() ? body(engine, engine->getData()) : false;
-    });
+    bool const check = frame.run(
+        engine->getAccessMutex(), slot, packet,
+        [&] { return engine->getData() ? body(engine, engine->getData()) : false; },
+        live ? twin.mutex() : nullptr);
     if (check)
         Q_EMIT consistency_check_async(kCheckAll, true, true);
 }
@@ -133,6 +136,7 @@ void ps_handler_request_t::handleRequestItem(ps_items_map const& map, bool& _con
     for (auto it = map.begin(); it != map.end(); ++it) {
         bool removed = false;
         handlePersistentRequestItem(it.value(), it.key(), removed);
+        handleRealtimeItem(it.key());
         _consistency = _consistency || removed;
     }
 }
@@ -379,7 +383,7 @@ void ps_handler_request_t::onPersistentRequestItems(QJsonObject _packet)
         if (frame.payloadMap(_packet, map, "onPersistentRequestItems"))
             handleRequestItem(map, check);
         return check;
-    });
+    }, true);
 }
 
 void ps_handler_request_t::onPersistentRequestItem(QJsonObject _packet, QString _key)
@@ -387,10 +391,22 @@ void ps_handler_request_t::onPersistentRequestItem(QJsonObject _packet, QString 
     handle("onPersistentRequestItem", _packet, [&](persistent_t*, ps_data_t*) {
         ps_object_item_t* object = nullptr;
         bool check = false;
-        if (frame.payloadObject(_packet, object, "onPersistentRequestItem"))
-            handlePersistentRequestItem(object, _key, check);
+        if (!frame.payloadObject(_packet, object, "onPersistentRequestItem"))
+            return false;
+        handlePersistentRequestItem(object, _key, check);
+        handleRealtimeItem(_key);
         return check;
-    });
+    }, true);
+}
+
+void ps_handler_request_t::handleRealtimeItem(QString const& id)
+{
+    twin.item(id);
+}
+
+void ps_handler_request_t::handleRealtimeThermostat(QString const& id)
+{
+    twin.thermostat(id);
 }
 
 // Elements and their companions.
@@ -682,10 +698,16 @@ void ps_handler_request_t::onPersistentRequestElement(QJsonObject _packet, QStri
 
 void ps_handler_request_t::onPersistentRequestThermos(QJsonObject _packet)
 {
-    handleMap<ps_object_thermostat_t>("onPersistentRequestThermos", _packet, true,
-                                      [](ps_data_t* data, QString const& key, ps_object_thermostat_t* object) {
-                                          data->getThermo()->update_thermos(key, object, true);
-                                      });
+    handle("onPersistentRequestThermos", _packet, [&](persistent_t*, ps_data_t* data) {
+        ps_thermostat_map map;
+        if (!frame.payloadMap(_packet, map, "onPersistentRequestThermos"))
+            return false;
+        for (auto it = map.begin(); it != map.end(); ++it) {
+            data->getThermo()->update_thermos(it.key(), it.value(), true);
+            handleRealtimeThermostat(it.key());
+        }
+        return true;
+    }, true);
 }
 
 void ps_handler_request_t::onPersistentRequestThermo(QJsonObject _packet, QString _key)
@@ -695,9 +717,10 @@ void ps_handler_request_t::onPersistentRequestThermo(QJsonObject _packet, QStrin
         if (!frame.payloadObject(_packet, object, "onPersistentRequestThermo"))
             return false;
         data->getThermo()->update_thermos(_key, object, true);
+        handleRealtimeThermostat(_key);
         // Only a removal can leave references behind.
         return object == nullptr;
-    });
+    }, true);
 }
 
 } // namespace database

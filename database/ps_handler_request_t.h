@@ -7,6 +7,7 @@
 #include <QStringList>
 
 #include "database/handler_frame_t.h"
+#include "database/rt_twin_t.h"
 #include "database/persistent/dbs/ps_elements_t.h"
 #include "database/persistent/dbs/ps_items_t.h"
 #include "database/persistent/dbs/ps_presencesimulation_t.h"
@@ -57,6 +58,9 @@ public:
                                                   QString const& id);
     /// Fits an element to the tree: presets to its flags, functions to existing items.
     void handleElementCheck(QString const& id, persistent::objects::ps_object_element_t* element);
+    /// The realtime twin follows the configuration of item id, keeping its value.
+    void handleRealtimeItem(QString const& id);
+    void handleRealtimeThermostat(QString const& id);
 
 Q_SIGNALS:
     void consistency_check_async(QStringList _howCheck = QStringList(), bool _persistent = true,
@@ -111,8 +115,9 @@ public Q_SLOTS:
 
 private:
     /// The frame of every slot: lock, trace, body, and the check once unlocked.
+    /// live: the slot also changes the realtime twins, whose lock comes second.
     template<class Body>
-    void handle(char const* slot, QJsonObject const& packet, Body body);
+    void handle(char const* slot, QJsonObject const& packet, Body body, bool live = false);
     /// The frame for a slot whose payload is one object of class T handed to
     /// apply; check says whether the consistency check follows.
     template<class T, class Apply>
@@ -130,6 +135,7 @@ private:
     database_t* database = nullptr;
     // Taken once: the façade's accessor takes the engine's lock, which the slots already hold.
     persistent::persistent_t* engine = nullptr;
+    rt_twin_t twin;
 };
 
 } // namespace database

@@ -16,6 +16,7 @@ ps_handler_status_t::ps_handler_status_t(database_t* _database, QObject* parent)
     : QObject(parent)
     , database(_database)
     , engine(_database ? _database->getPersistent() : nullptr)
+    , twin(_database)
 {
     frame.log(QStringLiteral("Starting persistent topic handler engine ..."), ::utility::logs::trace,
               "ps_handler_status_t");
@@ -26,6 +27,7 @@ ps_handler_status_t::ps_handler_status_t(ps_handler_status_t const& other)
     : QObject(nullptr)
     , database(other.database)
     , engine(other.engine)
+    , twin(other.twin)
 {
     initRequestEvent(true);
 }
@@ -47,13 +49,16 @@ void ps_handler_status_t::initRequestEvent(bool connect)
 }
 
 template<class Body>
-void ps_handler_status_t::handle(char const* slot, QJsonObject const& packet, Body body)
+void ps_handler_status_t::handle(char const* slot, QJsonObject const& packet, Body body, bool live)
 {
-    frame.run(engine->getAccessMutex(), slot, packet, [&] {
-        if (engine->getData())
-            body(engine->getData());
-        return false;
-    });
+    frame.run(
+        engine->getAccessMutex(), slot, packet,
+        [&] {
+            if (engine->getData())
+                body(engine->getData());
+            return false;
+        },
+        live ? twin.mutex() : nullptr);
 }
 
 template<class T, class Apply>
@@ -276,16 +281,37 @@ void ps_handler_status_t::onPersistentStatusItems(QJsonObject _packet)
 {
     handle("onPersistentStatusItems", _packet, [&](ps_data_t*) {
         ps_items_map map;
-        if (frame.payloadMap(_packet, map, "onPersistentStatusItems"))
-            handlePersistentStatusItem(map);
-    });
+        if (!frame.payloadMap(_packet, map, "onPersistentStatusItems"))
+            return;
+        handlePersistentStatusItem(map);
+        handleRealtimeItem(map);
+    }, true);
 }
 
 void ps_handler_status_t::onPersistentStatusItem(QJsonObject _packet, QString _key)
 {
-    handleObject<ps_object_item_t>("onPersistentStatusItem", _packet, [&](ps_data_t*, ps_object_item_t* object) {
+    handle("onPersistentStatusItem", _packet, [&](ps_data_t*) {
+        ps_object_item_t* object = nullptr;
+        if (!frame.payloadObject(_packet, object, "onPersistentStatusItem"))
+            return;
         handlePersistentStatusItem(object, _key);
-    });
+        handleRealtimeItem(_key);
+    }, true);
+}
+
+void ps_handler_status_t::handleRealtimeItem(QString const& id)
+{
+    twin.item(id);
+}
+
+void ps_handler_status_t::handleRealtimeItem(ps_items_map const& map)
+{
+    twin.items(map);
+}
+
+void ps_handler_status_t::handleRealtimeThermostat(QString const& id)
+{
+    twin.thermostat(id);
 }
 
 // Notifications: the owner sends the notifications that an address change touches.
@@ -457,18 +483,26 @@ void ps_handler_status_t::onPersistentStatusElement(QJsonObject _packet, QString
 
 void ps_handler_status_t::onPersistentStatusThermos(QJsonObject _packet)
 {
-    handleMap<ps_object_thermostat_t>("onPersistentStatusThermos", _packet,
-                                      [](ps_data_t* data, QString const& key, ps_object_thermostat_t* object) {
-                                          data->getThermo()->update_thermos(key, object, true);
-                                      });
+    handle("onPersistentStatusThermos", _packet, [&](ps_data_t* data) {
+        ps_thermostat_map map;
+        if (!frame.payloadMap(_packet, map, "onPersistentStatusThermos"))
+            return;
+        for (auto it = map.begin(); it != map.end(); ++it) {
+            data->getThermo()->update_thermos(it.key(), it.value(), true);
+            handleRealtimeThermostat(it.key());
+        }
+    }, true);
 }
 
 void ps_handler_status_t::onPersistentStatusThermo(QJsonObject _packet, QString _key)
 {
-    handleObject<ps_object_thermostat_t>("onPersistentStatusThermo", _packet,
-                                         [&](ps_data_t* data, ps_object_thermostat_t* object) {
-                                             data->getThermo()->update_thermos(_key, object, true);
-                                         });
+    handle("onPersistentStatusThermo", _packet, [&](ps_data_t* data) {
+        ps_object_thermostat_t* object = nullptr;
+        if (!frame.payloadObject(_packet, object, "onPersistentStatusThermo"))
+            return;
+        data->getThermo()->update_thermos(_key, object, true);
+        handleRealtimeThermostat(_key);
+    }, true);
 }
 
 } // namespace database

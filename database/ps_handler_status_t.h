@@ -7,6 +7,7 @@
 #include <QStringList>
 
 #include "database/handler_frame_t.h"
+#include "database/rt_twin_t.h"
 #include "database/persistent/dbs/ps_items_t.h"
 #include "database/persistent/objects/ps_object_item_t.h"
 
@@ -38,6 +39,11 @@ public:
 
     void handlePersistentStatusItem(persistent::objects::ps_object_item_t* item, QString const& id);
     void handlePersistentStatusItem(persistent::ps_items_map const& map);
+    /// The realtime twins follow the configuration: one item keeps its live
+    /// value, a whole list replaces every twin.
+    void handleRealtimeItem(QString const& id);
+    void handleRealtimeItem(persistent::ps_items_map const& map);
+    void handleRealtimeThermostat(QString const& id);
 
 Q_SIGNALS:
     void CheckPersistentConsistency(QStringList _howCheck);
@@ -90,8 +96,9 @@ public Q_SLOTS:
 
 private:
     /// The frame of every slot: lock, trace, body.
+    /// live: the slot also changes the realtime twins, whose lock comes second.
     template<class Body>
-    void handle(char const* slot, QJsonObject const& packet, Body body);
+    void handle(char const* slot, QJsonObject const& packet, Body body, bool live = false);
     /// The frame for a slot whose payload is one object of class T handed to apply.
     template<class T, class Apply>
     void handleObject(char const* slot, QJsonObject const& packet, Apply apply);
@@ -107,6 +114,7 @@ private:
     database_t* database = nullptr;
     // Taken once: the façade's accessor takes the engine's lock, which the slots already hold.
     persistent::persistent_t* engine = nullptr;
+    rt_twin_t twin;
 };
 
 } // namespace database

@@ -13,7 +13,9 @@
 #include <unistd.h>
 
 #include "database/database_t.h"
+#include "database/base/literals.h"
 #include "database/persistent/persistent_t.h"
+#include "database/realtime/realtime_t.h"
 
 namespace {
 
@@ -28,32 +30,59 @@ void onUnixSignal(int)
 
 } // namespace
 
-host_session_t::host_session_t(database::database_t* _database, host_store_t* _store, QObject* parent)
+host_session_t::host_session_t(database::database_t* _database, host_store_t* persistentStore,
+                               host_store_t* realtimeStore, QObject* parent)
     : QObject(parent)
     , database(_database)
-    , store(_store)
 {
-    database::persistent::persistent_t* engine = database->getPersistent();
-    connect(engine, &database::persistent::persistent_t::onSaveRequest, this, &host_session_t::onSaveRequest,
-            Qt::QueuedConnection);
-    connect(engine, &database::persistent::persistent_t::onPersistentRequest, this, &host_session_t::onRequest);
-    connect(engine, &database::persistent::persistent_t::onPersistentObjectNotExist, this,
+    database::persistent::persistent_t* persistent = database->getPersistent();
+    connect(persistent, &database::persistent::persistent_t::onPersistentRequest, this, &host_session_t::onRequest);
+    connect(persistent, &database::persistent::persistent_t::onPersistentObjectNotExist, this,
             &host_session_t::onObjectNotExist);
-    connect(engine, &database::persistent::persistent_t::onPersistentObjectError, this,
+    connect(persistent, &database::persistent::persistent_t::onPersistentObjectError, this,
             &host_session_t::onObjectError);
+    connectChanges(persistent->getHandlerTopic(), "onPersistentChange");
 
+    database::realtime::realtime_t* realtime = database->getRealtime();
+    connect(realtime, &database::realtime::realtime_t::onRealtimeRequest, this, &host_session_t::onRequest);
+    connect(realtime, &database::realtime::realtime_t::onRealtimeObjectNotExist, this,
+            &host_session_t::onObjectNotExist);
+    connect(realtime, &database::realtime::realtime_t::onRealtimeObjectError, this, &host_session_t::onObjectError);
+    connectChanges(realtime->getHandlerTopic(), "onRealtimeChange");
+
+    addFile(persistentStore, [persistent] { return persistent->getHash(); },
+            [persistent](QString const& path) { return persistent->saveToFile(path, false); });
+    addFile(realtimeStore, [realtime] { return realtime->getHash(); },
+            [realtime](QString const& path) { return realtime->saveToFile(path, false); });
+    // Each database is saved when its own engine asks.
+    connect(persistent, &database::persistent::persistent_t::onSaveRequest, this,
+            [this] { if (!finished) save(files.at(0)); }, Qt::QueuedConnection);
+    connect(realtime, &database::realtime::realtime_t::onSaveRequest, this,
+            [this] { if (!finished) save(files.at(1)); }, Qt::QueuedConnection);
+}
+
+void host_session_t::addFile(host_store_t* store, std::function<QString()> hash, host_store_t::writer_t write)
+{
+    saved_file_t file;
+    file.store = store;
+    file.hash = std::move(hash);
+    file.write = std::move(write);
+    file.lastSavedHash = file.hash();
+    files.push_back(std::move(file));
+}
+
+void host_session_t::connectChanges(QObject* router, QByteArray const& prefix)
+{
     // Every change signal of the router, whatever its section: one line each.
-    QObject* router = engine->getHandlerTopic();
     QMetaObject const* meta = router->metaObject();
     QMetaMethod const plain = metaObject()->method(metaObject()->indexOfSlot("onChange(QJsonObject)"));
     QMetaMethod const keyed = metaObject()->method(metaObject()->indexOfSlot("onChangeKey(QJsonObject,QString)"));
     for (int i = meta->methodOffset(); i < meta->methodCount(); ++i) {
         QMetaMethod const signal = meta->method(i);
-        if (signal.methodType() != QMetaMethod::Signal || !signal.name().startsWith("onPersistentChange"))
+        if (signal.methodType() != QMetaMethod::Signal || !signal.name().startsWith(prefix))
             continue;
         connect(router, signal, this, signal.parameterCount() == 2 ? keyed : plain);
     }
-    lastSavedHash = engine->getHash();
 }
 
 host_session_t::~host_session_t() = default;
@@ -149,7 +178,10 @@ void host_session_t::handleLine(QByteArray const& line)
     }
     bool accepted = false;
     try {
-        accepted = database->getPersistent()->update(packet);
+        QString const topic = packet.value(QStringLiteral("topic")).toString();
+        bool const live = topic.startsWith(database::literals::status_realtime)
+                          || topic.startsWith(database::literals::request_realtime);
+        accepted = live ? database->getRealtime()->update(packet) : database->getPersistent()->update(packet);
     } catch (std::exception const& e) {
         std::fprintf(stderr, "dbhost: line %lld ended in an exception, skipped: %s\n",
                      static_cast<long long>(lineNumber), e.what());
@@ -207,22 +239,21 @@ void host_session_t::onObjectError(QJsonObject _packet, QString _message)
               {QStringLiteral("packet"), _packet}});
 }
 
-void host_session_t::onSaveRequest()
-{
-    if (!finished)
-        saveNow();
-}
-
 void host_session_t::saveNow()
 {
-    database::persistent::persistent_t* engine = database->getPersistent();
-    QString const hash = engine->getHash();
+    for (saved_file_t& file : files)
+        save(file);
+}
+
+void host_session_t::save(saved_file_t& file)
+{
+    QString const hash = file.hash();
     // An image that is already on disk isn't written again: backups stay meaningful.
-    if (hash == lastSavedHash && QFile::exists(store->currentPath()))
+    if (hash == file.lastSavedHash && QFile::exists(file.store->currentPath()))
         return;
     QString error;
-    if (store->save(engine, error)) {
-        lastSavedHash = hash;
+    if (file.store->save(file.write, error)) {
+        file.lastSavedHash = hash;
         ++saves;
     } else {
         std::fprintf(stderr, "dbhost: save failed: %s\n", qPrintable(error));
@@ -253,6 +284,7 @@ void host_session_t::finish()
     drainEvents();
     finished = true;
     database->getPersistent()->serialize(false);
+    database->getRealtime()->serialize(false);
     saveNow();
     QCoreApplication::quit();
 }

@@ -7,6 +7,9 @@
 #include <QString>
 #include <QTextStream>
 
+#include <functional>
+#include <vector>
+
 #include "host_store_t.h"
 
 namespace database {
@@ -15,16 +18,17 @@ class database_t;
 
 /**
  * One run of the host: packets arrive as JSON lines on standard input and go
- * to the library; what the library gives its host (requests to forward,
- * change signals, refusals) leaves as JSON lines on standard output. Saves
- * follow the library's save requests, and a last one is made on end of input
- * or on SIGINT/SIGTERM.
+ * to the engine of their topic; what the library gives its host (requests to
+ * forward, change signals, refusals) leaves as JSON lines on standard output.
+ * Each database is saved to its own file on its engine's save requests, and a
+ * last time on end of input or on SIGINT/SIGTERM.
  */
 class host_session_t : public QObject
 {
     Q_OBJECT
 public:
-    host_session_t(database::database_t* database, host_store_t* store, QObject* parent = nullptr);
+    host_session_t(database::database_t* database, host_store_t* persistentStore, host_store_t* realtimeStore,
+                   QObject* parent = nullptr);
     ~host_session_t() override;
 
     /// Starts reading standard input; the application quits when the session ends.
@@ -33,7 +37,7 @@ public:
     static bool installSignalHandlers();
 
     int savesDone() const { return saves; }
-    /// Saves unless the image on disk is already this one.
+    /// Saves every database whose image on disk isn't already the current one.
     void saveNow();
 
 public Q_SLOTS:
@@ -43,7 +47,6 @@ private Q_SLOTS:
     void readInput();
     void processNextLine();
     void onSignal();
-    void onSaveRequest();
     void onChange(QJsonObject _packet);
     void onChangeKey(QJsonObject _packet, QString _key);
     void onRequest(QJsonObject _packet);
@@ -51,6 +54,17 @@ private Q_SLOTS:
     void onObjectError(QJsonObject _packet, QString _message);
 
 private:
+    /// A database's file, and what the session needs to keep it current.
+    struct saved_file_t {
+        std::vector<saved_file_t> files;
+        std::function<QString()> hash;
+        host_store_t::writer_t write;
+        QString lastSavedHash;
+    };
+
+    void addFile(host_store_t* store, std::function<QString()> hash, host_store_t::writer_t write);
+    void save(saved_file_t& file);
+    void connectChanges(QObject* router, QByteArray const& prefix);
     void scheduleNextLine();
     void handleLine(QByteArray const& line);
     void emitLine(QJsonObject const& line);
@@ -58,7 +72,7 @@ private:
     QString changeSignalName() const;
 
     database::database_t* database = nullptr;
-    host_store_t* store = nullptr;
+    std::vector<saved_file_t> files;
     QSocketNotifier* input = nullptr;
     QSocketNotifier* signalNotifier = nullptr;
     QByteArray pending;
@@ -67,7 +81,6 @@ private:
     bool finished = false;
     bool inputEnded = false;
     bool lineScheduled = false;
-    QString lastSavedHash;
 };
 
 #endif // HOST_DBHOST_HOST_SESSION_T_H

@@ -7,17 +7,16 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include "database/persistent/persistent_t.h"
-
-host_store_t::host_store_t(QString const& path, int _backups)
+host_store_t::host_store_t(QString const& path, QString const& _fileName, int _backups)
     : folder(path)
+    , fileName(_fileName)
     , backups(qMax(0, _backups))
 {
 }
 
 QString host_store_t::currentPath() const
 {
-    return folder.filePath(QStringLiteral("persistent.json"));
+    return folder.filePath(fileName);
 }
 
 QString host_store_t::backupPath(int n) const
@@ -43,21 +42,6 @@ QString host_store_t::stamp(QDateTime const& when)
     return when.toUTC().toString(QStringLiteral("yyyyMMdd'T'HHmmss'Z'"));
 }
 
-bool host_store_t::loadFile(database::persistent::persistent_t* engine, QString const& path) const
-{
-    QFileInfo const info(path);
-    if (!info.exists() || info.size() == 0)
-        return false;
-    int result = 0;
-    bool const loaded = !engine->loadFromFile(path, result).isEmpty() && result >= 0;
-    // A document that parses but doesn't fit the model leaves the engine without a tree.
-    if (loaded && engine->getData())
-        return true;
-    if (!engine->getData())
-        engine->initSerializer();
-    return false;
-}
-
 QString host_store_t::putAside(QString const& path, QString& error) const
 {
     QString aside = path + QStringLiteral(".corrupt-") + stamp(QDateTime::currentDateTimeUtc());
@@ -72,26 +56,28 @@ QString host_store_t::putAside(QString const& path, QString& error) const
     return aside;
 }
 
-bool host_store_t::load(database::persistent::persistent_t* engine, QStringList& notes)
+bool host_store_t::load(loader_t const& loadFile, QStringList& notes)
 {
     QString const current = currentPath();
     if (!QFileInfo::exists(current)) {
-        notes.append(QStringLiteral("no database in ") + folder.absolutePath()
+        notes.append(QStringLiteral("no ") + fileName + QStringLiteral(" in ") + folder.absolutePath()
                      + QStringLiteral(": starting from the factory database"));
         return true;
     }
-    if (loadFile(engine, current))
+    auto const loads = [&](QString const& path) { return QFileInfo(path).size() > 0 && loadFile(path); };
+    if (loads(current))
         return true;
 
     QString error;
     QString const aside = putAside(current, error);
     notes.append(aside.isEmpty() ? error
-                                 : QStringLiteral("the database file is empty or unreadable; kept as ") + aside);
+                                 : QStringLiteral("the database file ") + fileName
+                                       + QStringLiteral(" is empty or unreadable; kept as ") + aside);
     for (int n = 1; n <= backups; ++n) {
         QString const backup = backupPath(n);
         if (!QFileInfo::exists(backup))
             continue;
-        if (loadFile(engine, backup)) {
+        if (loads(backup)) {
             notes.append(QStringLiteral("recovered from the backup ") + backup);
             return true;
         }
@@ -113,11 +99,11 @@ void host_store_t::rotateBackups() const
     }
 }
 
-bool host_store_t::save(database::persistent::persistent_t* engine, QString& error)
+bool host_store_t::save(writer_t const& write, QString& error)
 {
     QString const temporary = temporaryPath();
     QString const current = currentPath();
-    if (!engine->saveToFile(temporary, false)) {
+    if (!write(temporary)) {
         error = QStringLiteral("cannot write ") + temporary;
         QFile::remove(temporary);
         return false;

@@ -14,6 +14,10 @@
 #include "database/definition/type_brand_t.h"
 #include "database/persistent/define/ps_knx_mode_t.h"
 #include "database/persistent/persistent_t.h"
+#include "database/realtime/realtime_t.h"
+#include "database/realtime/rt_data_t.h"
+#include "database/utility/utility.h"
+#include "platform/qjsonserializer/qjsonserializer.h"
 #include "host_application_t.h"
 #include "host_session_t.h"
 #include "host_store_t.h"
@@ -29,6 +33,44 @@ int fail(QString const& message)
 {
     std::fprintf(stderr, "dbhost: %s\n", qPrintable(message));
     return 2;
+}
+
+/// Loads a persistent file; the major of the version it was stored with goes
+/// to storedMajor, since the realtime file follows the persistent one.
+bool loadPersistent(database::persistent::persistent_t* engine, QString const& path, int& storedMajor)
+{
+    QString const version = engine->readFromFile(path).value(QStringLiteral("versions")).toObject()
+                                .value(QStringLiteral("database")).toString();
+    bool known = false;
+    int const major = version.section(QLatin1Char('.'), 0, 0).toInt(&known);
+    int result = 0;
+    bool const loaded = !engine->loadFromFile(path, result).isEmpty() && result >= 0;
+    // A document that parses but doesn't fit the model leaves the engine without a tree.
+    if (loaded && engine->getData()) {
+        if (known)
+            storedMajor = major;
+        return true;
+    }
+    if (!engine->getData())
+        engine->initSerializer();
+    return false;
+}
+
+/// Loads a realtime file. A document that doesn't fit the model would give an
+/// empty tree: it counts as unreadable, so that a good backup is used instead.
+bool loadRealtime(database::realtime::realtime_t* engine, QString const& path, int storedMajor)
+{
+    QJsonObject document = engine->readFromFile(path);
+    if (document.isEmpty())
+        return false;
+    try {
+        delete database::utility::getInstance()->serializer()->deserialize<database::realtime::rt_data_t*>(
+            document, nullptr);
+    } catch (std::exception const&) {
+        return false;
+    }
+    int result = 0;
+    return !engine->loadFromJson(document, storedMajor, result).isEmpty() && result >= 0 && engine->getData();
 }
 
 /// Prints one section of the stored file, or all of it: a look at what was saved.
@@ -55,7 +97,8 @@ int main(int argc, char* argv[])
 
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
-        "Keeps the persistent database of one process in a data folder. Packets are read as JSON lines on "
+        "Keeps the persistent and realtime databases of one process in a data folder. Packets are read as JSON "
+        "lines on "
         "standard input; what the library gives its host is written as JSON lines on standard output."));
     parser.addHelpOption();
     parser.addVersionOption();
@@ -74,7 +117,8 @@ int main(int argc, char* argv[])
                                       QStringLiteral("level"), QStringLiteral("2"));
     QCommandLineOption const dumpSection(QStringLiteral("dump"),
                                          QStringLiteral("Print a section of the saved database (\"all\" for "
-                                                        "everything) and leave."),
+                                                        "everything; \"realtime/<section>\" or \"realtime\" "
+                                                        "for the live one) and leave."),
                                          QStringLiteral("section"));
     parser.addOptions({role, brand, knxMode, data, backups, logLevel, dumpSection});
     parser.process(app);
@@ -88,10 +132,15 @@ int main(int argc, char* argv[])
     int const backupCount = parser.value(backups).toInt(&ok);
     if (!ok || backupCount < 0)
         return fail(QStringLiteral("--backups takes a number from 0 up"));
-    host_store_t store(parser.value(data), backupCount);
+    host_store_t store(parser.value(data), QStringLiteral("persistent.json"), backupCount);
+    host_store_t liveStore(parser.value(data), QStringLiteral("realtime.json"), backupCount);
     if (parser.isSet(dumpSection)) {
-        QString const section = parser.value(dumpSection);
-        return dump(store, section == QLatin1String("all") ? QString() : section);
+        QString section = parser.value(dumpSection);
+        // "realtime" alone is the whole live database, "realtime/items" one section of it.
+        bool const live = section == QLatin1String("realtime") || section.startsWith(QLatin1String("realtime/"));
+        if (live)
+            section = section.mid(int(qstrlen("realtime/")));
+        return dump(live ? liveStore : store, section == QLatin1String("all") ? QString() : section);
     }
 
     service_t const service(parser.value(role));
@@ -108,11 +157,15 @@ int main(int argc, char* argv[])
 
     database::database_t database(service, chosenBrand, mode);
     QStringList notes;
-    store.load(database.getPersistent(), notes);
+    int storedMajor = database::database_t::getVersion().section(QLatin1Char('.'), 0, 0).toInt();
+    store.load([&](QString const& path) { return loadPersistent(database.getPersistent(), path, storedMajor); },
+               notes);
+    liveStore.load([&](QString const& path) { return loadRealtime(database.getRealtime(), path, storedMajor); },
+                   notes);
     for (QString const& note : std::as_const(notes))
         std::fprintf(stderr, "dbhost: %s\n", qPrintable(note));
 
-    host_session_t session(&database, &store);
+    host_session_t session(&database, &store, &liveStore);
     session.saveNow(); // the first run leaves the factory database in the folder
     host_session_t::installSignalHandlers();
     session.start();
