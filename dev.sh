@@ -58,7 +58,7 @@ case "${1:-help}" in
     bench)
         build
         for b in "$build_dir"/bench/bench_*; do
-            [ -x "$b" ] && "$b"
+            if [ -f "$b" ] && [ -x "$b" ]; then "$b"; fi
         done ;;
     *)
         sed -n '2,8p' "$0" | sed 's/^# \{0,1\}//'
