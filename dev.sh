@@ -51,7 +51,9 @@ case "${1:-help}" in
         for section in drivers elements schedulers; do
             echo "== Saved in data/persistent.json: $section" >&2
             "$host" --data "$here/data" --dump "$section"
-        done ;;
+        done
+        echo "== Saved in data/realtime.json: items (the live value of light_hall)" >&2
+        "$host" --data "$here/data" --dump realtime/items ;;
     test)
         build
         ctest --test-dir "$build_dir" --output-on-failure -j "$(nproc)" ;;
