@@ -44,6 +44,12 @@ public:
 
     /// Raises onUpdated with this object itself on its own topic.
     void publishSelf();
+    /// publishSelf() when _notify: the tail of the updates of one field.
+    void publishSelfIf(bool _notify)
+    {
+        if (_notify)
+            publishSelf();
+    }
 
     /// Raises onUpdated with a bare value on this object's topic, "/" and key.
     void publishField(QString const& key, QJsonValue const& value);

@@ -45,9 +45,8 @@ void rt_thermo_t::updatePart(QString const& key, Part* object, bool _notify,
         }
         (thermostat->*apply)(object, false);
     } else if (thermostat) {
-        // Only this part is reset, to the values of a new part; the thermostat stays.
-        Part const defaults;
-        (thermostat->*apply)(&defaults, false);
+        // Only this part is cleared, as its own update(null) does; the thermostat stays.
+        (thermostat->*apply)(nullptr, false);
     }
     if (thermostat)
         thermostat->initRequestSignals(objects.getReceiver(), true);

@@ -41,9 +41,8 @@ public:
     void update(rt_thermostat_map const& map, bool _notify) { replaceAll(map, _notify); }
 
     /// The room control of the thermostat of that key takes object's content;
-    /// an unknown key gets a new thermostat, a null object resets that part
-    /// alone to a new part's values. With _notify the whole thermostat is
-    /// published.
+    /// an unknown key gets a new thermostat, a null object clears that part
+    /// alone. With _notify the whole thermostat is published.
     void update_thermo(QString const& key, objects::rt_object_thermo_t* object, bool _notify);
     /// The same for the hydronic control.
     void update_hydro(QString const& key, objects::rt_object_hydro_t* object, bool _notify);

@@ -60,7 +60,7 @@ void rt_object_hydro_t::update(rt_object_hydro_t const* other, bool _notify)
 {
     rt_object_hydro_t const defaults;
     copyValues(other ? other : &defaults);
-    notify(_notify);
+    publishSelfIf(_notify);
 }
 
 void rt_object_hydro_t::requestSetOperationMode(int value)

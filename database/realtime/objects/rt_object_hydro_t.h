@@ -59,14 +59,14 @@ public:
     /// Takes all eight fields of other; null restores the defaults, mode 4 included.
     void update(rt_object_hydro_t const* other, bool _notify);
     // Each sets its field and with _notify publishes, held value or not.
-    void update_actual(float value, bool _notify) { setActual(value); notify(_notify); }
-    void update_set(float value, bool _notify) { setSetpoint(value); notify(_notify); }
-    void update_set_calc(float value, bool _notify) { setSetpointCalculate(value); notify(_notify); }
-    void update_mode(int value, bool _notify) { setOperationMode(value); notify(_notify); }
-    void update_output(float value, bool _notify) { setOutput(value); notify(_notify); }
-    void update_error(int value, bool _notify) { setError(value); notify(_notify); }
-    void update_fan(int value, bool _notify) { setFan(value); notify(_notify); }
-    void update_forceFan(int value, bool _notify) { setForceFan(value); notify(_notify); }
+    void update_actual(float value, bool _notify) { setActual(value); publishSelfIf(_notify); }
+    void update_set(float value, bool _notify) { setSetpoint(value); publishSelfIf(_notify); }
+    void update_set_calc(float value, bool _notify) { setSetpointCalculate(value); publishSelfIf(_notify); }
+    void update_mode(int value, bool _notify) { setOperationMode(value); publishSelfIf(_notify); }
+    void update_output(float value, bool _notify) { setOutput(value); publishSelfIf(_notify); }
+    void update_error(int value, bool _notify) { setError(value); publishSelfIf(_notify); }
+    void update_fan(int value, bool _notify) { setFan(value); publishSelfIf(_notify); }
+    void update_forceFan(int value, bool _notify) { setForceFan(value); publishSelfIf(_notify); }
 
     void requestSetOperationMode(int value);
     void requestSetFan(int value);
@@ -91,12 +91,6 @@ Q_SIGNALS:
     void forceFan_Changed(int);
 
 private:
-    void notify(bool _notify)
-    {
-        if (_notify)
-            send_update();
-    }
-
     float actual = 0;
     float set = 0;
     float set_calc = 0;

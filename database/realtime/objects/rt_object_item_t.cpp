@@ -34,15 +34,13 @@ void rt_object_item_t::setValue(QString const& _value)
 void rt_object_item_t::update_value(QString const& _value, bool _notify)
 {
     setValue(_value);
-    if (_notify)
-        send_update();
+    publishSelfIf(_notify);
 }
 
 void rt_object_item_t::update_feedback(QString const& _value, bool _notify)
 {
     setFeedback(_value);
-    if (_notify)
-        send_update();
+    publishSelfIf(_notify);
 }
 
 } // namespace objects

@@ -81,7 +81,7 @@ void rt_object_thermo_t::update(rt_object_thermo_t const* other, bool _notify)
         cleared.mode = mode_cleared;
         copyValues(&cleared, all_values);
     }
-    notify(_notify);
+    publishSelfIf(_notify);
 }
 
 void rt_object_thermo_t::requestSetSeason(int value)

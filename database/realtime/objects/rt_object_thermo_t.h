@@ -71,17 +71,17 @@ public:
     /// Takes all eleven fields of other; null clears them, with the mode 1.
     void update(rt_object_thermo_t const* other, bool _notify);
     // Each sets its field and with _notify publishes, held value or not.
-    void update_actual(float value, bool _notify) { setActualTemp(value); notify(_notify); }
-    void update_setpoint(float value, bool _notify) { setSetpoint(value); notify(_notify); }
-    void update_set_calc(float value, bool _notify) { setSetpointCalculate(value); notify(_notify); }
-    void update_season(int value, bool _notify) { setSeason(value); notify(_notify); }
-    void update_mode(int value, bool _notify) { setOperationMode(value); notify(_notify); }
-    void update_fan(int value, bool _notify) { setFan(value); notify(_notify); }
-    void update_forceFan(int value, bool _notify) { setForceFan(value); notify(_notify); }
-    void update_output(float value, bool _notify) { setOutputTemp(value); notify(_notify); }
-    void update_output_st(float value, bool _notify) { setOutputStTemp(value); notify(_notify); }
-    void update_error(int value, bool _notify) { setError(value); notify(_notify); }
-    void update_battery(bool value, bool _notify) { setBattery(value); notify(_notify); }
+    void update_actual(float value, bool _notify) { setActualTemp(value); publishSelfIf(_notify); }
+    void update_setpoint(float value, bool _notify) { setSetpoint(value); publishSelfIf(_notify); }
+    void update_set_calc(float value, bool _notify) { setSetpointCalculate(value); publishSelfIf(_notify); }
+    void update_season(int value, bool _notify) { setSeason(value); publishSelfIf(_notify); }
+    void update_mode(int value, bool _notify) { setOperationMode(value); publishSelfIf(_notify); }
+    void update_fan(int value, bool _notify) { setFan(value); publishSelfIf(_notify); }
+    void update_forceFan(int value, bool _notify) { setForceFan(value); publishSelfIf(_notify); }
+    void update_output(float value, bool _notify) { setOutputTemp(value); publishSelfIf(_notify); }
+    void update_output_st(float value, bool _notify) { setOutputStTemp(value); publishSelfIf(_notify); }
+    void update_error(int value, bool _notify) { setError(value); publishSelfIf(_notify); }
+    void update_battery(bool value, bool _notify) { setBattery(value); publishSelfIf(_notify); }
 
     void requestSetSeason(int value);
     void requestSetOperationMode(int value);
@@ -109,12 +109,6 @@ Q_SIGNALS:
     void batteryChanged(bool);
 
 private:
-    void notify(bool _notify)
-    {
-        if (_notify)
-            send_update();
-    }
-
     float actual = 0;
     float setpoint = 0;
     float set_calc = 0;

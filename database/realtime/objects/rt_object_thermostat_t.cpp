@@ -94,37 +94,37 @@ void rt_object_thermostat_t::update(rt_object_thermostat_t const* other, bool _n
     setProt_dew_poin(other ? other->prot_dew_poin : false);
     thermo->update(other ? other->thermo : nullptr, false);
     hydro->update(other ? other->hydro : nullptr, false);
-    notify(_notify);
+    publishSelfIf(_notify);
 }
 
 void rt_object_thermostat_t::update_windows_open(bool const& value, bool _notify)
 {
     setWin_open(value);
-    notify(_notify);
+    publishSelfIf(_notify);
 }
 
 void rt_object_thermostat_t::update_protection_dew_point(bool const& value, bool _notify)
 {
     setProt_dew_poin(value);
-    notify(_notify);
+    publishSelfIf(_notify);
 }
 
 void rt_object_thermostat_t::update_dew_point(float value, bool _notify)
 {
     setDew_point(value);
-    notify(_notify);
+    publishSelfIf(_notify);
 }
 
 void rt_object_thermostat_t::update_thermo(rt_object_thermo_t const* value, bool _notify)
 {
     thermo->update(value, false);
-    notify(_notify);
+    publishSelfIf(_notify);
 }
 
 void rt_object_thermostat_t::update_hydro(rt_object_hydro_t const* value, bool _notify)
 {
     hydro->update(value, false);
-    notify(_notify);
+    publishSelfIf(_notify);
 }
 
 void rt_object_thermostat_t::initRequestSignals(QObject* receiver, bool connect)

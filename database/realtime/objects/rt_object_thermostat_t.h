@@ -92,11 +92,6 @@ Q_SIGNALS:
 
 private:
     void giveTopicsToParts();
-    void notify(bool _notify)
-    {
-        if (_notify)
-            send_update();
-    }
 
     bool win_open = false;
     float dew_point = 0;
