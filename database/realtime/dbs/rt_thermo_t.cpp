@@ -35,8 +35,8 @@ void rt_thermo_t::updatePart(QString const& key, Part* object, bool _notify,
 {
     rt_object_thermostat_t* thermostat = objects.get().value(key);
     if (object) {
-        // Either part is addressed under "/thermo" here, as the peers expect;
-        // the thermostat's wiring below gives its own part the right topic.
+        // The incoming part is addressed under "/thermo" whichever it is, as
+        // the peers expect; the stored parts keep their own topics.
         object->setTopic(objects.objectTopic(key) + QLatin1Char('/') + rt_object_thermostat_t::key_thermo);
         if (!thermostat) {
             // A status on one part of an unknown key brings the thermostat into being.
