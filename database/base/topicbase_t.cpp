@@ -4,6 +4,7 @@
 #include <QMetaProperty>
 #include <QMutex>
 #include <QMutexLocker>
+#include <QPair>
 #include <QVector>
 
 #include "database/utility/utility.h"
@@ -14,26 +15,27 @@ namespace base {
 
 namespace {
 
-// The stored, non-object properties of a class, computed once per class.
-QVector<QMetaProperty> const& valueProperties(QMetaObject const* meta)
+// The writable, non-object properties of a class in a scope, computed once per class and scope.
+QVector<QMetaProperty> const& valueProperties(QMetaObject const* meta, topicbase_t::value_scope_t scope)
 {
     static QMutex mutex;
-    static QHash<QMetaObject const*, QVector<QMetaProperty>> cache;
+    static QHash<QPair<QMetaObject const*, int>, QVector<QMetaProperty>> cache;
     QMutexLocker locker(&mutex);
-    auto found = cache.constFind(meta);
+    QPair<QMetaObject const*, int> const key(meta, scope);
+    auto found = cache.constFind(key);
     if (found != cache.constEnd())
         return found.value();
     QVector<QMetaProperty> properties;
     // Index 0 is QObject's objectName.
     for (int i = 1; i < meta->propertyCount(); ++i) {
         QMetaProperty const property = meta->property(i);
-        if (!property.isStored() || !property.isWritable())
+        if (!property.isWritable() || (scope == topicbase_t::stored_values && !property.isStored()))
             continue;
         if (property.metaType().flags().testFlag(QMetaType::PointerToQObject))
             continue;
         properties.append(property);
     }
-    return cache.insert(meta, properties).value();
+    return cache.insert(key, properties).value();
 }
 
 } // namespace
@@ -120,19 +122,19 @@ void topicbase_t::refuseNull()
     Q_EMIT onObjectError(getPacketUpdated(topic, QJsonValue()), QStringLiteral("Not permitted nullptr"));
 }
 
-void topicbase_t::copyValues(topicbase_t const* other)
+void topicbase_t::copyValues(topicbase_t const* other, value_scope_t scope)
 {
     if (!other || other == this)
         return;
-    for (QMetaProperty const& property : valueProperties(metaObject()))
+    for (QMetaProperty const& property : valueProperties(metaObject(), scope))
         property.write(this, property.read(other));
 }
 
-bool topicbase_t::sameValues(topicbase_t const* other) const
+bool topicbase_t::sameValues(topicbase_t const* other, value_scope_t scope) const
 {
     if (!other)
         return false;
-    for (QMetaProperty const& property : valueProperties(metaObject())) {
+    for (QMetaProperty const& property : valueProperties(metaObject(), scope)) {
         if (property.read(this) != property.read(other))
             return false;
     }

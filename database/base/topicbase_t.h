@@ -44,6 +44,12 @@ public:
 
     /// Raises onUpdated with this object itself on its own topic.
     void publishSelf();
+    /// publishSelf() when _notify: the tail of the updates of one field.
+    void publishSelfIf(bool _notify)
+    {
+        if (_notify)
+            publishSelf();
+    }
 
     /// Raises onUpdated with a bare value on this object's topic, "/" and key.
     void publishField(QString const& key, QJsonValue const& value);
@@ -51,12 +57,18 @@ public:
     /// Raises onObjectError for a null argument given to an update.
     void refuseNull();
 
-    /// Takes every stored property of other that is a value (not an object
+    /// Which value properties copyValues and sameValues walk.
+    enum value_scope_t {
+        stored_values, ///< those that reach the JSON
+        all_values     ///< the ones kept in memory only too
+    };
+
+    /// Takes every property of other in scope that is a value (not an object
     /// pointer) through the setters; objectName and the topic stay. other must
     /// be of this object's class.
-    void copyValues(topicbase_t const* other);
-    /// True when every stored value property equals other's.
-    bool sameValues(topicbase_t const* other) const;
+    void copyValues(topicbase_t const* other, value_scope_t scope = stored_values);
+    /// True when every value property in scope equals other's.
+    bool sameValues(topicbase_t const* other, value_scope_t scope = stored_values) const;
     /// The update of a flat record: null is refused with "Not permitted
     /// nullptr", otherwise the values are taken and, with _notify, the record
     /// is published on its own topic. False for null.

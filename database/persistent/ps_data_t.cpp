@@ -8,37 +8,20 @@ namespace database {
 namespace persistent {
 
 ps_data_t::ps_data_t(QObject* parent)
-    : topicbase_t(literals::request_persistent, parent)
+    : data_root_t(literals::request_persistent, parent)
 {
-    forEachSection([this](auto& section) { section = new std::remove_pointer_t<std::decay_t<decltype(section)>>(this); });
+    buildSections();
 }
 
 ps_data_t::ps_data_t(ps_data_t const& other)
-    : topicbase_t(other)
+    : data_root_t(other)
 {
-    forEachSectionPair(other, [this](auto& mine, auto const& theirs) {
-        mine = new std::remove_pointer_t<std::decay_t<decltype(mine)>>(*theirs);
-        mine->setParent(this);
-    });
+    copySections(other);
 }
 
 ps_data_t::~ps_data_t()
 {
-    forEachSection([](auto& section) { delete section; });
-}
-
-template<class Section>
-void ps_data_t::adoptSection(Section*& member, Section* incoming, void (ps_data_t::*changed)(Section*))
-{
-    if (member == incoming)
-        return;
-    // A root never holds a null section: its users walk them without checks.
-    if (!incoming)
-        incoming = new Section(this);
-    delete member;
-    member = incoming;
-    member->setParent(this);
-    Q_EMIT(this->*changed)(member);
+    deleteSections();
 }
 
 void ps_data_t::setGeneral(dbs::ps_general_t* section)
@@ -114,23 +97,6 @@ void ps_data_t::setUsers(dbs::ps_users_t* section)
 void ps_data_t::setThermo(dbs::ps_thermo_t* section)
 {
     adoptSection(thermo, section, &ps_data_t::thermoChanged);
-}
-
-bool ps_data_t::operator==(ps_data_t const& other) const
-{
-    bool same = true;
-    const_cast<ps_data_t*>(this)->forEachSectionPair(other, [&](auto const& mine, auto const& theirs) {
-        same = same && mine == theirs;
-    });
-    return same;
-}
-
-void ps_data_t::initRequestSignals(QObject* target, bool connect)
-{
-    if (!target)
-        return;
-    connectRequestSignals(target, connect);
-    forEachSection([&](auto& section) { section->initRequestSignals(target, connect); });
 }
 
 QJsonObject ps_data_t::serializeDriver()

@@ -6,9 +6,8 @@
 #include <QString>
 
 #include <tuple>
-#include <utility>
 
-#include "database/base/topicbase_t.h"
+#include "database/base/data_root_t.h"
 #include "database/persistent/dbs/ps_drivers_t.h"
 #include "database/persistent/dbs/ps_elements_t.h"
 #include "database/persistent/dbs/ps_general_t.h"
@@ -36,7 +35,7 @@ namespace persistent {
  * of every topic. The persistent engine holds one, and so does the factory of
  * the brand's defaults.
  */
-class DATABASE_EXPORT ps_data_t : public base::topicbase_t
+class DATABASE_EXPORT ps_data_t : public base::data_root_t<ps_data_t>
 {
     Q_OBJECT
     Q_PROPERTY(database::persistent::dbs::ps_general_t* general READ getGeneral WRITE setGeneral NOTIFY generalChanged)
@@ -94,12 +93,6 @@ public:
     void setUsers(dbs::ps_users_t* section);
     void setThermo(dbs::ps_thermo_t* section);
 
-    /// True only when both roots share the very same sections; content is compared by hash.
-    bool operator==(ps_data_t const& other) const;
-
-    /// Wires the root and, through them, every section and object to the engine.
-    void initRequestSignals(QObject* target, bool connect);
-
     QJsonObject serializeDriver();
 
     /// Ask that a section be replaced as a whole; null asks that it be emptied.
@@ -137,30 +130,12 @@ Q_SIGNALS:
     void thermoChanged(database::persistent::dbs::ps_thermo_t*);
 
 private:
+    friend class base::data_root_t<ps_data_t>;
+
     /// The sections in the order in which they are built, wired and copied.
     auto sections() { return std::tie(general, notify, items, elements, storage, schedulers, scenary, rules, drivers, information, versions, presencesimulation, smartbutton, users, thermo); }
     auto sections() const { return std::tie(general, notify, items, elements, storage, schedulers, scenary, rules, drivers, information, versions, presencesimulation, smartbutton, users, thermo); }
-    template<class F>
-    void forEachSection(F f)
-    {
-        std::apply([&](auto&... section) { (f(section), ...); }, sections());
-    }
-    /// f(mine, theirs) for each section, pairing this root's with other's.
-    template<class F>
-    void forEachSectionPair(ps_data_t const& other, F f)
-    {
-        pairSections(other, f, std::make_index_sequence<std::tuple_size_v<decltype(sections())>>());
-    }
-    template<class F, std::size_t... I>
-    void pairSections(ps_data_t const& other, F& f, std::index_sequence<I...>)
-    {
-        auto mine = sections();
-        auto theirs = other.sections();
-        (f(std::get<I>(mine), std::get<I>(theirs)), ...);
-    }
 
-    template<class Section>
-    void adoptSection(Section*& member, Section* incoming, void (ps_data_t::*changed)(Section*));
     template<class Section, class Prepare>
     void requestSection(Section* section, QString const& key, Prepare prepare);
 

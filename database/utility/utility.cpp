@@ -26,6 +26,9 @@
 #include "database/persistent/objects/thermo/ps_object_thermo_pwm_t.h"
 #include "database/persistent/objects/thermo/ps_object_thermostat_t.h"
 #include "database/persistent/objects/schedulers/ps_object_scheduler_t.h"
+#include "database/realtime/objects/rt_object_item_t.h"
+#include "database/realtime/objects/rt_object_t.h"
+#include "database/realtime/objects/rt_object_thermostat_t.h"
 #include "platform/logs/classlogs.h"
 #include "platform/qjsonserializer/qjsonserializer.h"
 
@@ -191,7 +194,10 @@ void utility::initRealTimeType(bool run)
 {
     if (!run)
         return;
-    // The realtime sections register their map and list aliases here as they arrive.
+    using namespace realtime::objects;
+    QJsonSerializer::registerMapAlias<rt_object_item_t>("rt_items_map");
+    QJsonSerializer::registerMapAlias<rt_object_thermostat_t>("rt_thermostat_map");
+    QJsonSerializer::registerMapAlias<rt_object_t>("rt_objects_map");
 }
 
 void utility::initPresenceSimulationType(bool run)

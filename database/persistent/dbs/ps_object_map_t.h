@@ -92,6 +92,10 @@ public:
     /// Logs this line with the id whenever list() misses.
     void setMissLog(QString const& text) { missLog = text; }
 
+    /// Whether update() passes over an empty id. Live state takes keys as the
+    /// drivers send them, so the realtime sections store an empty one too.
+    void setSkipEmptyId(bool skip) { skipEmptyId = skip; }
+
     /// Never null: an unknown id gives a default object that is already
     /// scheduled for deletion, and raises onObjectNotExist.
     T* list(QString const& id)
@@ -130,10 +134,11 @@ public:
     }
 
     /// Changes one object: content into the existing one, a copy for a new id,
-    /// removal for null. An empty id changes and publishes nothing.
+    /// removal for null. An empty id changes and publishes nothing, unless
+    /// setSkipEmptyId(false).
     void update(QString const& id, T* object, bool _notify)
     {
-        if (id.isEmpty())
+        if (skipEmptyId && id.isEmpty())
             return;
         auto const found = objects.find(id);
         if (object) {
@@ -296,6 +301,7 @@ private:
     base::topicbase_t* section;
     QString listKey;
     QString missLog;
+    bool skipEmptyId = true;
     QPointer<QObject> receiver;
     map_t objects;
 };
