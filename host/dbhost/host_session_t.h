@@ -56,7 +56,7 @@ private Q_SLOTS:
 private:
     /// A database's file, and what the session needs to keep it current.
     struct saved_file_t {
-        std::vector<saved_file_t> files;
+        host_store_t* store = nullptr;
         std::function<QString()> hash;
         host_store_t::writer_t write;
         QString lastSavedHash;

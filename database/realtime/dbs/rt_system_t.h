@@ -1,6 +1,7 @@
 #ifndef DATABASE_REALTIME_DBS_RT_SYSTEM_T_H
 #define DATABASE_REALTIME_DBS_RT_SYSTEM_T_H
 
+#include <QDateTime>
 #include <QObject>
 
 #include "database/base/topicbase_t.h"
@@ -24,6 +25,7 @@ public:
     void update(rt_system_t const* other, bool _notify) { updateValues(other, _notify); }
     void initRequestSignals(QObject* receiver, bool connect) { connectRequestSignals(receiver, connect); }
     bool operator==(rt_system_t const& other) const { return sameValues(&other); }
+    void update_datetime(QDateTime const&, bool) {}
 };
 
 } // namespace dbs
