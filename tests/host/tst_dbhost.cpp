@@ -148,6 +148,38 @@ private Q_SLOTS:
                     .contains("L1"));
     }
 
+    void liveValueIsSavedAndRecoveredFromABackup()
+    {
+        QTemporaryDir dir;
+        QString const folder = dir.filePath("data");
+        auto const value = [](QByteArray const& text) {
+            return "{\"topic\":\"status/DB/realtime/items/objects_list/L1/value\",\"payload\":\"" + text + "\"}\n";
+        };
+        run_t const first = runHost(folder, itemLine("L1", "Lamp") + value("on"));
+        QCOMPARE(first.exitCode, 0);
+        QList<QJsonObject> const live = withSignal(first.lines, "onRealtimeChangeItem");
+        QVERIFY(!live.isEmpty());
+        QCOMPARE(live.last().value("packet").toObject().value("payload").toObject().value("value").toString(),
+                 QStringLiteral("on"));
+        auto const savedValue = [&] {
+            return readJson(folder + "/realtime.json").value("items").toObject().value("objects_list").toObject()
+                .value("L1").toObject().value("value").toString();
+        };
+        QCOMPARE(savedValue(), QStringLiteral("on"));
+
+        QCOMPARE(runHost(folder, value("off")).exitCode, 0);
+        QCOMPARE(savedValue(), QStringLiteral("off"));
+        QFile::resize(folder + "/realtime.json", 20);
+        run_t const recovered = runHost(folder, QByteArray());
+        QCOMPARE(recovered.exitCode, 0);
+        QVERIFY2(recovered.errors.contains("realtime.json is empty or unreadable; kept as"),
+                 qPrintable(recovered.errors));
+        QVERIFY(recovered.errors.contains("recovered from the backup"));
+        // The newest backup is the file of the first run.
+        QCOMPARE(savedValue(), QStringLiteral("on"));
+        QCOMPARE(QDir(folder).entryList({"realtime.json.corrupt-*"}).size(), 1);
+    }
+
     void killedWhileSavingLeavesALoadableDatabase()
     {
         QTemporaryDir dir;
