@@ -1,84 +1,33 @@
 #include "database/persistent/ps_handler_topic_t.h"
 
-#include <QException>
-#include <QMutexLocker>
-
 #include "database/base/literals.h"
 #include "platform/logs/classlogs.h"
 
 namespace database {
 namespace persistent {
 
-namespace {
-
-QRegExp gatePattern(QString const& prefix)
-{
-    return QRegExp(QStringLiteral("^") + prefix + QStringLiteral(R"(/((\w+)/?.*)$)"),
-                   Qt::CaseSensitive, QRegExp::RegExp);
-}
-
-void logException(char const* source, QString const& text)
-{
-    ::utility::logs::classlogs::getInstance()->log_asynch(
-        QStringLiteral("Handling exception: ") + text, ::utility::logs::exception,
-        QString::fromLatin1(source), __FILE__, __LINE__);
-}
-
-} // namespace
-
 ps_handler_topic_t::ps_handler_topic_t(QObject* parent)
     : QObject(parent)
-    , requestGate(gatePattern(literals::request_persistent))
-    , statusGate(gatePattern(literals::status_persistent))
+    , statusRoutes(literals::status_persistent)
+    , requestRoutes(literals::request_persistent)
 {
     CLASSLOGS_LOG(QStringLiteral("Starting persistent topic handler engine ..."),
                   ::utility::logs::trace, QStringLiteral("ps_handler_topic_t"));
-    changeTable = new table_t;
-    changeKeyTable = new table_key_t;
-    statusTable = new table_t;
-    statusKeyTable = new table_key_t;
-    requestTable = new table_t;
-    requestKeyTable = new table_key_t;
     initUpdateSignals();
-}
-
-ps_handler_topic_t::~ps_handler_topic_t()
-{
-    for (table_t* table : {changeTable, statusTable, requestTable}) {
-        table->clear();
-        delete table;
-    }
-    for (table_key_t* table : {changeKeyTable, statusKeyTable, requestKeyTable}) {
-        table->clear();
-        delete table;
-    }
 }
 
 QStringList ps_handler_topic_t::routePatterns() const
 {
-    return changeTable->patterns() + changeKeyTable->patterns();
+    return changeRoutes.patterns() + changeRoutes.keyPatterns();
 }
 
+template<class Signal>
 void ps_handler_topic_t::addRoute(QString const& relative, QString const& tail,
-                                  signal_t change, signal_t status, signal_t request)
+                                  Signal change, Signal status, Signal request)
 {
-    changeTable->insert(relative, [this, change](QJsonObject packet) { (this->*change)(packet); });
-    statusTable->insert(QStringLiteral("^") + literals::status_persistent + tail,
-                        [this, status](QJsonObject packet) { (this->*status)(packet); });
-    requestTable->insert(QStringLiteral("^") + literals::request_persistent + tail,
-                         [this, request](QJsonObject packet) { (this->*request)(packet); });
-}
-
-void ps_handler_topic_t::addRoute(QString const& relative, QString const& tail,
-                                  signal_key_t change, signal_key_t status, signal_key_t request)
-{
-    changeKeyTable->insert(relative, [this, change](QJsonObject packet, QString key) {
-        (this->*change)(packet, key);
-    });
-    statusKeyTable->insert(QStringLiteral("^") + literals::status_persistent + tail,
-                           [this, status](QJsonObject packet, QString key) { (this->*status)(packet, key); });
-    requestKeyTable->insert(QStringLiteral("^") + literals::request_persistent + tail,
-                            [this, request](QJsonObject packet, QString key) { (this->*request)(packet, key); });
+    changeRoutes.insert(relative, this, change);
+    statusRoutes.insert(QStringLiteral("^") + literals::status_persistent + tail, this, status);
+    requestRoutes.insert(QStringLiteral("^") + literals::request_persistent + tail, this, request);
 }
 
 void ps_handler_topic_t::initUpdateSignals()
@@ -176,51 +125,22 @@ void ps_handler_topic_t::initUpdateSignals()
              &T::onPersistentChangeThermo, &T::onPersistentStatusThermo, &T::onPersistentRequestThermo);
 }
 
-bool ps_handler_topic_t::route(char const* source, QJsonObject const& packet, QRegExp* gate,
-                               table_t* table, table_key_t* tableKey, bool emitSignal, bool emitSomething)
-{
-    try {
-        QMutexLocker lock(&mutex);
-        QString const topic = packet.value(QStringLiteral("topic")).toString();
-        if (gate && !gate->exactMatch(topic))
-            return false;
-
-        if (callback_t const* callback = table->match(topic)) {
-            if (emitSomething)
-                Q_EMIT onPersistentUpdatedSomething(packet);
-            if (emitSignal)
-                (*callback)(packet);
-            return true;
-        }
-        QString key;
-        if (callback_key_t const* callback = tableKey->match(topic, &key)) {
-            if (emitSomething)
-                Q_EMIT onPersistentUpdatedSomething(packet);
-            if (emitSignal)
-                (*callback)(packet, key);
-            return true;
-        }
-    } catch (QException const& e) {
-        logException(source, QString::fromUtf8(e.what()));
-    } catch (QString const& e) {
-        logException(source, e);
-    }
-    return false;
-}
-
 bool ps_handler_topic_t::whoIsRequest(QJsonObject const& packet, bool emitSignal)
 {
-    return route("whoIsRequest", packet, &requestGate, requestTable, requestKeyTable, emitSignal, false);
+    return requestRoutes.dispatch("whoIsRequest", packet, emitSignal);
 }
 
 bool ps_handler_topic_t::whoIsStatus(QJsonObject const& packet, bool emitSignal)
 {
-    return route("whoIsStatus", packet, &statusGate, statusTable, statusKeyTable, emitSignal, false);
+    return statusRoutes.dispatch("whoIsStatus", packet, emitSignal);
 }
 
 bool ps_handler_topic_t::whoIsChange(QJsonObject const& packet, bool emitSignal, bool emitSomething)
 {
-    return route("whoIsChange", packet, nullptr, changeTable, changeKeyTable, emitSignal, emitSomething);
+    base::topic_routes_t::on_match_t something;
+    if (emitSomething)
+        something = [this](QJsonObject const& p) { Q_EMIT onPersistentUpdatedSomething(p); };
+    return changeRoutes.dispatch("whoIsChange", packet, emitSignal, something);
 }
 
 } // namespace persistent

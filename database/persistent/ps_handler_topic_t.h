@@ -3,14 +3,10 @@
 
 #include <QJsonObject>
 #include <QObject>
-#include <QRecursiveMutex>
-#include <QRegExp>
 #include <QString>
 #include <QStringList>
 
-#include <functional>
-
-#include "database/base/topic_table_t.h"
+#include "database/base/topic_routes_t.h"
 
 #include "database/database_export.h"
 
@@ -30,11 +26,7 @@ class DATABASE_EXPORT ps_handler_topic_t : public QObject
 {
     Q_OBJECT
 public:
-    using callback_t = std::function<void(QJsonObject)>;
-    using callback_key_t = std::function<void(QJsonObject, QString)>;
-
     explicit ps_handler_topic_t(QObject* parent = nullptr);
-    ~ps_handler_topic_t() override;
 
     /// Routes a request packet; with emitSignal false it only tells whether it can.
     bool whoIsRequest(QJsonObject const& packet, bool emitSignal = true);
@@ -189,29 +181,12 @@ Q_SIGNALS:
     void onPersistentRequestThermo(QJsonObject _packet, QString _key);
 
 private:
-    using table_t = base::topic_table_t<callback_t>;
-    using table_key_t = base::topic_table_t<callback_key_t>;
-    using signal_t = void (ps_handler_topic_t::*)(QJsonObject);
-    using signal_key_t = void (ps_handler_topic_t::*)(QJsonObject, QString);
+    template<class Signal>
+    void addRoute(QString const& relative, QString const& tail, Signal change, Signal status, Signal request);
 
-    void addRoute(QString const& relative, QString const& tail,
-                  signal_t change, signal_t status, signal_t request);
-    void addRoute(QString const& relative, QString const& tail,
-                  signal_key_t change, signal_key_t status, signal_key_t request);
-    bool route(char const* source, QJsonObject const& packet, QRegExp* gate,
-               table_t* table, table_key_t* tableKey, bool emitSignal, bool emitSomething);
-
-    table_t* changeTable = nullptr;
-    table_key_t* changeKeyTable = nullptr;
-    table_t* statusTable = nullptr;
-    table_key_t* statusKeyTable = nullptr;
-    table_t* requestTable = nullptr;
-    table_key_t* requestKeyTable = nullptr;
-
-    QRegExp requestGate;
-    QRegExp statusGate;
-    // The compiled patterns hold the captures of the last match.
-    QRecursiveMutex mutex;
+    base::topic_routes_t changeRoutes;
+    base::topic_routes_t statusRoutes;
+    base::topic_routes_t requestRoutes;
 };
 
 } // namespace persistent

@@ -5,39 +5,11 @@
 
 #include "database/persistent/ps_handler_topic_t.h"
 #include "platform/logs/classlogs.h"
+#include "support/signal_log.h"
 
 using database::persistent::ps_handler_topic_t;
 
 namespace {
-
-/// Records every signal of a router, in order, with its key.
-class signal_log_t : public QObject
-{
-    Q_OBJECT
-public:
-    QStringList signalNames;
-    QStringList keys;
-
-    explicit signal_log_t(ps_handler_topic_t* router)
-    {
-        QMetaObject const* meta = router->metaObject();
-        QMetaMethod const one = metaObject()->method(metaObject()->indexOfSlot("record(QJsonObject)"));
-        QMetaMethod const two = metaObject()->method(metaObject()->indexOfSlot("recordKey(QJsonObject,QString)"));
-        for (int i = meta->methodOffset(); i < meta->methodCount(); ++i) {
-            QMetaMethod const signal = meta->method(i);
-            if (signal.methodType() == QMetaMethod::Signal)
-                connect(router, signal, this, signal.parameterCount() == 2 ? two : one);
-        }
-    }
-
-public Q_SLOTS:
-    void record(QJsonObject) { recordKey({}, QString()); }
-    void recordKey(QJsonObject, QString key)
-    {
-        signalNames.append(QString::fromLatin1(sender()->metaObject()->method(senderSignalIndex()).name()));
-        keys.append(key);
-    }
-};
 
 QJsonObject packet(QString const& topic)
 {

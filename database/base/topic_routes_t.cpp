@@ -1,0 +1,61 @@
+#include "database/base/topic_routes_t.h"
+
+#include <QException>
+#include <QMutexLocker>
+
+#include "platform/logs/classlogs.h"
+
+namespace database {
+namespace base {
+
+namespace {
+
+void logException(char const* source, QString const& text)
+{
+    ::utility::logs::classlogs::getInstance()->log_asynch(
+        QStringLiteral("Handling exception: ") + text, ::utility::logs::exception,
+        QString::fromLatin1(source), __FILE__, __LINE__);
+}
+
+} // namespace
+
+topic_routes_t::topic_routes_t(QString const& prefix)
+    : m_prefix(prefix)
+    , gate(QStringLiteral("^") + prefix + QStringLiteral(R"(/((\w+)/?.*)$)"), Qt::CaseSensitive, QRegExp::RegExp)
+{
+}
+
+bool topic_routes_t::dispatch(char const* source, QJsonObject const& packet, bool callRoute,
+                              on_match_t const& onMatch)
+{
+    try {
+        QMutexLocker lock(&mutex);
+        QString const topic = packet.value(QStringLiteral("topic")).toString();
+        if (!m_prefix.isEmpty() && !gate.exactMatch(topic))
+            return false;
+
+        if (callback_t const* callback = sections.match(topic)) {
+            if (onMatch)
+                onMatch(packet);
+            if (callRoute)
+                (*callback)(packet);
+            return true;
+        }
+        QString key;
+        if (callback_key_t const* callback = objects.match(topic, &key)) {
+            if (onMatch)
+                onMatch(packet);
+            if (callRoute)
+                (*callback)(packet, key);
+            return true;
+        }
+    } catch (QException const& e) {
+        logException(source, QString::fromUtf8(e.what()));
+    } catch (QString const& e) {
+        logException(source, e);
+    }
+    return false;
+}
+
+} // namespace base
+} // namespace database
