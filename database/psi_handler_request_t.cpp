@@ -17,7 +17,7 @@ psi_handler_request_t::~psi_handler_request_t()
 }
 
 void psi_handler_request_t::onPresencesimulationRequestAction(QJsonObject _packet, int _day, int _hour, int _minute,
-                                                         QString _key_item)
+                                                              QString _key_item)
 {
     applyAction("onPresencesimulationRequestAction", _packet, _day, _hour, _minute, _key_item);
 }

@@ -3,7 +3,7 @@
 namespace database {
 
 psi_handler_status_t::psi_handler_status_t(database_t* _database,
-                                             presencesimulation::presencesimulation_t* _engine, QObject* parent)
+                                           presencesimulation::presencesimulation_t* _engine, QObject* parent)
     : psi_handler_base_t(QStringLiteral("psi_handler_status"), "onPresencesimulationStatus", "psi_handler_status_t",
                          _database, _engine, parent)
 {
@@ -17,7 +17,7 @@ psi_handler_status_t::~psi_handler_status_t()
 }
 
 void psi_handler_status_t::onPresencesimulationStatusAction(QJsonObject _packet, int _day, int _hour, int _minute,
-                                                         QString _key_item)
+                                                            QString _key_item)
 {
     applyAction("onPresencesimulationStatusAction", _packet, _day, _hour, _minute, _key_item);
 }

@@ -263,9 +263,6 @@ QJsonObject presencesimulation_t::loadFromJson(QJsonObject& json, int storedMajo
             return QJsonObject();
         deserialize(json);
         return json;
-    } catch (QException const& e) {
-        log(QStringLiteral("Handling exception: ") + QString::fromUtf8(e.what()), ::utility::logs::exception,
-            "loadFromJson");
     } catch (std::exception const& e) {
         log(QStringLiteral("Handling exception: ") + QString::fromUtf8(e.what()), ::utility::logs::exception,
             "loadFromJson");

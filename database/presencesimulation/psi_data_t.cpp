@@ -302,18 +302,19 @@ void psi_data_t::updateNode(Node* object, int number, bool valid, QString const&
 
 void psi_data_t::update_minute(int day, int hour, int minute, minute_t* object, bool notify)
 {
+    bool const valid = week_t::isValid(day) && day_t::isValid(hour) && hour_t::isValid(minute);
     updateNode<hour_t>(
-        object, minute, week_t::isValid(day) && day_t::isValid(hour) && hour_t::isValid(minute),
-        minutePosition(day, hour, minute), "update_minute", "Added new minute: ", notify, [&] { return getHour(day, hour); },
-        [&] { return ensureHour(day, hour); }, [&] { send_update_minute(day, hour, minute); },
-        [&] { clean(day, hour, minute, notify); });
+        object, minute, valid, minutePosition(day, hour, minute), "update_minute", "Added new minute: ", notify,
+        [&] { return getHour(day, hour); }, [&] { return ensureHour(day, hour); },
+        [&] { send_update_minute(day, hour, minute); }, [&] { clean(day, hour, minute, notify); });
 }
 
 void psi_data_t::update_hour(int day, int hour, hour_t* object, bool notify)
 {
+    bool const valid = week_t::isValid(day) && day_t::isValid(hour);
     updateNode<day_t>(
-        object, hour, week_t::isValid(day) && day_t::isValid(hour), hourPosition(day, hour), "update_hour", "Added new hour: ",
-        notify, [&] { return getDay(day); }, [&] { return ensureDay(day); }, [&] { send_update_hour(day, hour); },
+        object, hour, valid, hourPosition(day, hour), "update_hour", "Added new hour: ", notify,
+        [&] { return getDay(day); }, [&] { return ensureDay(day); }, [&] { send_update_hour(day, hour); },
         [&] { clean(day, hour, notify); });
 }
 
@@ -321,8 +322,9 @@ void psi_data_t::update_day(int day, day_t* object, bool notify)
 {
     // The words of update_hour's line, with this position: other processes' logs have them so.
     updateNode<week_t>(
-        object, day, week_t::isValid(day), dayPosition(day), "update_day", "Added new hour: ", notify, [&] { return week; },
-        [&] { return week; }, [&] { send_update_day(day); }, [&] { clean(day, -1, notify); });
+        object, day, week_t::isValid(day), dayPosition(day), "update_day", "Added new hour: ", notify,
+        [&] { return week; }, [&] { return week; }, [&] { send_update_day(day); },
+        [&] { clean(day, -1, notify); });
 }
 
 void psi_data_t::update(week_t* object, bool notify)

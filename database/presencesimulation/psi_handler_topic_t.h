@@ -43,7 +43,7 @@ public:
     /// topic at index 0 and the captures after it.
     static bool execRegex(QString const& regex, QString const& topic, QStringList& captures);
 
-    /// The table of one form, for inspection.
+    /// The table of one form, as tests read it.
     base::topic_routes_t const& routes(form_t form) const;
 
 Q_SIGNALS:
