@@ -152,8 +152,10 @@ void psi_handler_base_t::applyWeek(char const* slot, QJsonObject const& packet)
 
 void psi_handler_base_t::applyDatabase(char const* slot, QJsonObject const& packet)
 {
-    handle(slot, packet, [&](psi_data_t*) {
+    // Replaces the tree as a whole, so it doesn't need one to be there.
+    frame.run(engine->getAccessMutex(), slot, packet, [&] {
         engine->update_database(packet.value(QStringLiteral("payload")).toObject(), true);
+        return false;
     });
 }
 
