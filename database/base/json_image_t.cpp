@@ -4,7 +4,9 @@
 #include <QException>
 #include <QFile>
 #include <QJsonDocument>
+#include <QLoggingCategory>
 #include <QMutexLocker>
+#include <QtDebug>
 
 #include "database/utility/utility.h"
 #include "platform/logs/classlogs.h"
@@ -55,6 +57,89 @@ void json_image_t::calculateHash()
                       sha1Hex(utility::JsonToString(it.value().toObject(), QJsonDocument::Compact).toUtf8()));
     }
     wholeHash = sha1Hex(utility::JsonToString(jdata, QJsonDocument::Compact).toUtf8());
+}
+
+int json_image_t::checkHash(QString const& section, QString const& _hash, QString const& name,
+                           std::function<void()> const& refresh) const
+{
+    if (!hashes.contains(section))
+        return -1;
+    refresh();
+    QString const local = hashes.value(section);
+    if (local == _hash) {
+        log(name + QStringLiteral("In DB ") + section + QStringLiteral(" not change "), ::utility::logs::warning,
+            "checkHash");
+        return 0;
+    }
+    log(name + QStringLiteral("In DB ") + section + QStringLiteral(" change"), ::utility::logs::warning, "checkHash");
+    log(name + QStringLiteral("New hash ") + local, ::utility::logs::warning, "checkHash");
+    log(name + QStringLiteral("Old hash ") + _hash, ::utility::logs::warning, "checkHash");
+    return 1;
+}
+
+QJsonObject json_image_t::statusPacket(QString const& prefix, QJsonObject const& image)
+{
+    return QJsonObject{{QStringLiteral("topic"), prefix + QStringLiteral("/DB")},
+                       {QStringLiteral("payload"), image},
+                       {QStringLiteral("sender"), QString()},
+                       {QStringLiteral("destination"), QString()}};
+}
+
+void json_image_t::print(QString const& name, QJsonObject const& json) const
+{
+    QMessageLogger().info(QLoggingCategory("default")).noquote()
+        << QJsonDocument(json).toJson(QJsonDocument::Indented);
+    log(name + QStringLiteral("HASH CONFIG: ") + wholeHash, ::utility::logs::trace, "print");
+}
+
+void json_image_t::wireTimer(QObject* engine, QTimer& timer)
+{
+    timer.setInterval(rebuildDelayMs);
+    auto const type = Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection);
+    // By name: the engines' classes are not known here.
+    QObject::connect(engine, SIGNAL(start_timer_serializer()), &timer, SLOT(start()), type);
+    QObject::connect(engine, SIGNAL(stop_timer_serializer()), &timer, SLOT(stop()), type);
+    QObject::connect(&timer, SIGNAL(timeout()), engine, SLOT(timer_serializer_elepsed()), type);
+}
+
+void json_image_t::advanceCounter(int& counter, QJsonObject const& packet)
+{
+    counter = int((qint64(counter) + 1) % 2147483647);
+    QJsonObject copy = packet;
+    copy.insert(QStringLiteral("counter"), counter);
+}
+
+bool json_image_t::logRoute(QString const& name, QString const& topic, bool found)
+{
+    QString const prefix = QStringLiteral("[") + name + QStringLiteral("] ");
+    if (found)
+        log(prefix + QStringLiteral("Found database path: ") + topic + QStringLiteral(" update it"),
+            ::utility::logs::trace, "update");
+    else
+        log(prefix + QStringLiteral("Database path or packet not valid: ") + topic + QStringLiteral(" no update"),
+            ::utility::logs::error, "update");
+    return found;
+}
+
+void json_image_t::logUpdateError(QString const& name, QJsonObject const& packet, QString const& message)
+{
+    log(name + QStringLiteral("UPDATE ERROR - topic: ") + packet.value(QStringLiteral("topic")).toString()
+            + QStringLiteral(" msg: ") + message,
+        ::utility::logs::error, "updateError");
+}
+
+void json_image_t::logNotExist(QString const& name, QJsonObject const& packet)
+{
+    log(name + QStringLiteral("Receive event: No update db, object not exist: ")
+            + packet.value(QStringLiteral("topic")).toString(),
+        ::utility::logs::error, "_onObjectNotExist");
+}
+
+void json_image_t::logObjectError(QString const& name, QJsonObject const& packet, QString const& message)
+{
+    log(name + QStringLiteral("Receive event: Error to update ") + packet.value(QStringLiteral("topic")).toString()
+            + QStringLiteral(" msg: ") + message,
+        ::utility::logs::error, "_onObjectError");
 }
 
 QJsonObject json_image_t::readFile(QString const& path, QString const& name, char const* source, bool& ok,

@@ -5,7 +5,10 @@
 #include <QMap>
 #include <QMutex>
 #include <QString>
+#include <QTimer>
 #include <QVariant>
+
+#include <functional>
 
 #include "database/database_export.h"
 
@@ -16,7 +19,10 @@ namespace base {
  * What every engine keeps beside its tree: the JSON image with the SHA-1 hash
  * of each section and of the whole, whether the image is fresh, the count of
  * updates since the last rebuild, and the reading and writing of the image as
- * a file. The engines differ in their trees and signals, not in this.
+ * a file; with it, what the engines do alike around the image: the debounce
+ * timer's wiring, the comparison of hashes, the request counter and the lines
+ * they log about packets. The engines differ in their trees and signals, not
+ * in this.
  */
 class DATABASE_EXPORT json_image_t
 {
@@ -39,6 +45,31 @@ public:
     /// is the one that must rebuild at once.
     bool noteUpdate();
     void calculateHash();
+
+    /// -1 for a section the hashes don't know (looked up before refresh
+    /// brings the image up to date), 0 for the same digest, 1 for another;
+    /// with the engines' lines under "checkHash".
+    int checkHash(QString const& section, QString const& hash, QString const& name,
+                  std::function<void()> const& refresh) const;
+
+    /// The whole database as one status packet under prefix.
+    static QJsonObject statusPacket(QString const& prefix, QJsonObject const& image);
+    /// Dumps json indented to the plain message logger, then the hash line.
+    void print(QString const& name, QJsonObject const& json) const;
+
+    /// Connects engine's start_timer_serializer() and stop_timer_serializer()
+    /// to the timer, and its timeout to engine's timer_serializer_elepsed(),
+    /// queued and unique; sets the interval.
+    static void wireTimer(QObject* engine, QTimer& timer);
+    /// Advances the request counter and writes it into a copy of packet only:
+    /// no packet carries it, and nothing may rely on it.
+    static void advanceCounter(int& counter, QJsonObject const& packet);
+
+    /// The line of update(): found, or not valid; returns found.
+    static bool logRoute(QString const& name, QString const& topic, bool found);
+    static void logUpdateError(QString const& name, QJsonObject const& packet, QString const& message);
+    static void logNotExist(QString const& name, QJsonObject const& packet);
+    static void logObjectError(QString const& name, QJsonObject const& packet, QString const& message);
 
     /// Reads and parses path; empty, after the engine's line under source, when
     /// the file is missing or not JSON. With recode, bytes that aren't UTF-8

@@ -34,21 +34,21 @@ bool topic_routes_t::dispatch(char const* source, QJsonObject const& packet, boo
         if (!m_prefix.isEmpty() && !gate.exactMatch(topic))
             return false;
 
-        if (callback_t const* callback = sections.match(topic)) {
+        auto const matched = [&](auto const& route) {
             if (onMatch)
                 onMatch(packet);
             if (callRoute)
-                (*callback)(packet);
+                route();
             return true;
-        }
+        };
+        if (callback_t const* callback = sections.match(topic))
+            return matched([&] { (*callback)(packet); });
         QString key;
-        if (callback_key_t const* callback = objects.match(topic, &key)) {
-            if (onMatch)
-                onMatch(packet);
-            if (callRoute)
-                (*callback)(packet, key);
-            return true;
-        }
+        if (callback_key_t const* callback = objects.match(topic, &key))
+            return matched([&] { (*callback)(packet, key); });
+        QStringList captures;
+        if (callback_captures_t const* callback = captured.match(topic, captures))
+            return matched([&] { (*callback)(packet, captures); });
     } catch (QException const& e) {
         logException(source, QString::fromUtf8(e.what()));
     } catch (QString const& e) {

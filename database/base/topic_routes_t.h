@@ -8,6 +8,8 @@
 #include <QStringList>
 
 #include <functional>
+#include <type_traits>
+#include <utility>
 
 #include "database/base/topic_table_t.h"
 
@@ -18,18 +20,21 @@ namespace base {
 
 /**
  * One form of a topic router's routes (change, status, request ...): a gate on
- * the topic's prefix, a table of section patterns and a table of object
- * patterns whose first capture is the object's key.
+ * the topic's prefix, a table of section patterns, a table of object
+ * patterns whose first capture is the object's key, and a table of patterns
+ * whose captures all become arguments.
  *
- * Used by the persistent and realtime routers. A dispatch tries the sections
- * first, so a topic that matches both is served as a section; at most one
- * callback runs per packet.
+ * Used by the persistent, realtime and presence simulation routers. A
+ * dispatch tries the tables in that order, so a topic that matches a section
+ * is served as a section; at most one callback runs per packet.
  */
 class DATABASE_EXPORT topic_routes_t
 {
 public:
     using callback_t = std::function<void(QJsonObject)>;
     using callback_key_t = std::function<void(QJsonObject, QString)>;
+    /// Receives every capture of the match, index 0 being the whole topic.
+    using callback_captures_t = std::function<void(QJsonObject, QStringList)>;
     /// Runs at a match, before the route's own callback, even when that one is not called.
     using on_match_t = std::function<void(QJsonObject const&)>;
 
@@ -59,8 +64,25 @@ public:
                }));
     }
 
+    void insertCaptures(QString const& pattern, callback_captures_t callback)
+    {
+        captured.insert(pattern, std::move(callback));
+    }
+
+    /// A route that emits signal of router with the captures as its arguments
+    /// after the packet, in their order: an int argument takes the capture
+    /// read as a decimal number, a QString one the capture itself.
+    template<class Router, class... Args>
+    void insertCaptures(QString const& pattern, Router* router, void (Router::*signal)(QJsonObject, Args...))
+    {
+        insertCaptures(pattern, callback_captures_t([router, signal](QJsonObject packet, QStringList captures) {
+                           emitCaptured(router, signal, packet, captures, std::index_sequence_for<Args...>());
+                       }));
+    }
+
     QStringList patterns() const { return sections.patterns(); }
     QStringList keyPatterns() const { return objects.patterns(); }
+    QStringList capturePatterns() const { return captured.patterns(); }
 
     /**
      * Finds the route of packet's topic. With callRoute false it only tells
@@ -71,10 +93,27 @@ public:
                   on_match_t const& onMatch = on_match_t());
 
 private:
+    template<class T>
+    static T capture(QStringList const& captures, qsizetype index)
+    {
+        if constexpr (std::is_same_v<T, int>)
+            return captures.value(index).toInt(nullptr, 10);
+        else
+            return captures.value(index);
+    }
+
+    template<class Router, class... Args, std::size_t... Index>
+    static void emitCaptured(Router* router, void (Router::*signal)(QJsonObject, Args...), QJsonObject const& packet,
+                             QStringList const& captures, std::index_sequence<Index...>)
+    {
+        (router->*signal)(packet, capture<Args>(captures, qsizetype(Index) + 1)...);
+    }
+
     QString m_prefix;
     QRegExp gate;
     topic_table_t<callback_t> sections;
     topic_table_t<callback_key_t> objects;
+    topic_table_t<callback_captures_t> captured;
     // The compiled patterns hold the captures of the last match; recursive
     // because a directly connected slot may route another packet.
     QRecursiveMutex mutex;

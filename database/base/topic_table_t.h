@@ -4,6 +4,7 @@
 #include <QMap>
 #include <QRegExp>
 #include <QString>
+#include <QStringList>
 
 namespace database {
 namespace base {
@@ -31,14 +32,22 @@ public:
     /// When capture is given it receives the pattern's first capture.
     Callback const* match(QString const& topic, QString* capture = nullptr)
     {
-        for (auto it = entries.begin(); it != entries.end(); ++it) {
-            if (it->pattern.exactMatch(topic)) {
-                if (capture)
-                    *capture = it->pattern.cap(1);
-                return &it->callback;
-            }
-        }
-        return nullptr;
+        entry_t* entry = find(topic);
+        if (!entry)
+            return nullptr;
+        if (capture)
+            *capture = entry->pattern.cap(1);
+        return &entry->callback;
+    }
+
+    /// The same, with every capture of the match, index 0 being the whole topic.
+    Callback const* match(QString const& topic, QStringList& captures)
+    {
+        entry_t* entry = find(topic);
+        if (!entry)
+            return nullptr;
+        captures = entry->pattern.capturedTexts();
+        return &entry->callback;
     }
 
     QStringList patterns() const { return entries.keys(); }
@@ -50,6 +59,15 @@ private:
         QRegExp pattern;
         Callback callback;
     };
+
+    entry_t* find(QString const& topic)
+    {
+        for (auto it = entries.begin(); it != entries.end(); ++it) {
+            if (it->pattern.exactMatch(topic))
+                return &*it;
+        }
+        return nullptr;
+    }
     QMap<QString, entry_t> entries;
 };
 

@@ -1,13 +1,8 @@
 #include "database/persistent/persistent_t.h"
 
-#include <QCryptographicHash>
 #include <QException>
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QMutexLocker>
-#include <QLoggingCategory>
-#include <QtDebug>
 
 #include "database/base/literals.h"
 #include "database/default/persistent/ps_default_t.h"
@@ -26,7 +21,7 @@ persistent_t::persistent_t(::database::definition::service_t const& _service)
     service = _service;
     handler_topic = new ps_handler_topic_t(this);
     initSerializer();
-    initTimer();
+    base::json_image_t::wireTimer(this, timer_serializer);
 }
 
 persistent_t::persistent_t(persistent_t const& other)
@@ -37,7 +32,7 @@ persistent_t::persistent_t(persistent_t const& other)
     handler_topic = new ps_handler_topic_t(this);
     initSerializer();
     deserialize(other.image.image());
-    initTimer();
+    base::json_image_t::wireTimer(this, timer_serializer);
 }
 
 persistent_t::~persistent_t()
@@ -48,15 +43,6 @@ persistent_t::~persistent_t()
     delete save_mutex;
     delete handler_topic;
     delete data;
-}
-
-void persistent_t::initTimer()
-{
-    timer_serializer.setInterval(base::json_image_t::rebuildDelayMs);
-    auto const type = Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection);
-    connect(this, &persistent_t::start_timer_serializer, &timer_serializer, qOverload<>(&QTimer::start), type);
-    connect(this, &persistent_t::stop_timer_serializer, &timer_serializer, &QTimer::stop, type);
-    connect(&timer_serializer, &QTimer::timeout, this, &persistent_t::timer_serializer_elepsed, type);
 }
 
 void persistent_t::dropTree()
@@ -76,23 +62,12 @@ bool persistent_t::update(QJsonObject const& packet)
         found = handler_topic->whoIsRequest(packet, true);
     else if (topic.startsWith(literals::status_persistent))
         found = handler_topic->whoIsStatus(packet, true);
-    if (found) {
-        CLASSLOGS_LOG(QStringLiteral("[") + name + QStringLiteral("] ") + QStringLiteral("Found database path: ")
-                          + topic + QStringLiteral(" update it"),
-                      ::utility::logs::trace, QStringLiteral("update"));
-        return true;
-    }
-    log(QStringLiteral("[") + name + QStringLiteral("] ") + QStringLiteral("Database path or packet not valid: ")
-            + topic + QStringLiteral(" no update"),
-        ::utility::logs::error, "update");
-    return false;
+    return base::json_image_t::logRoute(name, topic, found);
 }
 
 void persistent_t::updateError(QJsonObject packet, QString const& message)
 {
-    log(name + QStringLiteral("UPDATE ERROR - topic: ") + packet.value(QStringLiteral("topic")).toString()
-            + QStringLiteral(" msg: ") + message,
-        ::utility::logs::error, "updateError");
+    base::json_image_t::logUpdateError(name, packet, message);
 }
 
 void persistent_t::requestSetDB(ps_data_t* _data)
@@ -148,11 +123,7 @@ void persistent_t::send_update_database(QList<QString> changes)
 
 QJsonObject persistent_t::getStatusDatabasePacket()
 {
-    QJsonObject packet = base::topicbase_t::getPacketUpdated(
-        literals::status_persistent + QLatin1Char('/') + literals::topic_database, serialize(false));
-    packet.insert(QStringLiteral("sender"), QString());
-    packet.insert(QStringLiteral("destination"), QString());
-    return packet;
+    return base::json_image_t::statusPacket(literals::status_persistent, serialize(false));
 }
 
 QJsonObject persistent_t::serialize(bool force)
@@ -213,26 +184,14 @@ QMap<QString, QString> persistent_t::getHashList()
 
 int persistent_t::checkHash(QString const& section, QString const& _hash, bool send)
 {
-    // The list is read before the image is refreshed: a section unknown so far stays unknown.
-    if (!image.hashList().contains(section))
-        return -1;
-    serialize(false);
-    QString const local = image.hashList().value(section);
-    if (local == _hash) {
-        CLASSLOGS_LOG(name + QStringLiteral("In DB ") + section + QStringLiteral(" not change "),
-                      ::utility::logs::warning, QStringLiteral("checkHash"));
-        return 0;
-    }
-    CLASSLOGS_LOG(name + QStringLiteral("In DB ") + section + QStringLiteral(" change"), ::utility::logs::warning,
-                  QStringLiteral("checkHash"));
-    CLASSLOGS_LOG(name + QStringLiteral("New hash ") + local, ::utility::logs::warning, QStringLiteral("checkHash"));
-    CLASSLOGS_LOG(name + QStringLiteral("Old hash ") + _hash, ::utility::logs::warning, QStringLiteral("checkHash"));
-    if (send) {
+    // A section unknown so far stays unknown: the list is read before the refresh.
+    int const outcome = image.checkHash(section, _hash, name, [this] { serialize(false); });
+    if (outcome == 1 && send) {
         QJsonObject const packet = base::topicbase_t::getPacketUpdated(
             literals::status_persistent + QLatin1Char('/') + section, getJsonValue(section));
         handler_topic->whoIsStatus(packet, true);
     }
-    return 1;
+    return outcome;
 }
 
 void persistent_t::calculateHash()
@@ -266,9 +225,7 @@ void persistent_t::setVersions(QString const& general, QString const& server, QS
 
 void persistent_t::print()
 {
-    QMessageLogger().info(QLoggingCategory("default")).noquote()
-        << QJsonDocument(getJdata()).toJson(QJsonDocument::Indented);
-    CLASSLOGS_LOG(name + QStringLiteral("HASH CONFIG: ") + image.hash(), ::utility::logs::trace, QStringLiteral("print"));
+    image.print(name, getJdata());
 }
 
 void persistent_t::initRequestGeneralSignals(bool connect)
@@ -298,27 +255,19 @@ void persistent_t::_onRequest(QJsonObject _packet)
         Q_EMIT eventOfflineRequest(_packet);
         return;
     }
-    // The counter is advanced and written into a copy only: no packet carries
-    // it, and nothing may rely on it.
-    counter = int((qint64(counter) + 1) % 2147483647);
-    QJsonObject copy = _packet;
-    copy.insert(QStringLiteral("counter"), counter);
+    base::json_image_t::advanceCounter(counter, _packet);
     Q_EMIT onPersistentRequest(_packet);
 }
 
 void persistent_t::_onObjectNotExist(QJsonObject _packet)
 {
-    log(name + QStringLiteral("Receive event: No update db, object not exist: ")
-            + _packet.value(QStringLiteral("topic")).toString(),
-        ::utility::logs::error, "_onObjectNotExist");
+    base::json_image_t::logNotExist(name, _packet);
     Q_EMIT onPersistentObjectNotExist(_packet);
 }
 
 void persistent_t::_onObjectError(QJsonObject _packet, QString _message)
 {
-    log(name + QStringLiteral("Receive event: Error to update ") + _packet.value(QStringLiteral("topic")).toString()
-            + QStringLiteral(" msg: ") + _message,
-        ::utility::logs::error, "_onObjectError");
+    base::json_image_t::logObjectError(name, _packet, _message);
     Q_EMIT onPersistentObjectError(_packet, _message);
 }
 

@@ -108,7 +108,6 @@ private Q_SLOTS:
     void _onObjectError(QJsonObject _packet, QString _message);
 
 private:
-    void initTimer();
     void dropTree();
     void log(QString const& message, ::utility::logs::LogLevel level, char const* source) const;
 

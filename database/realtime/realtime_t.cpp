@@ -44,11 +44,7 @@ realtime_t::~realtime_t()
 
 void realtime_t::initTimer()
 {
-    timer_serializer.setInterval(base::json_image_t::rebuildDelayMs);
-    auto const type = Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection);
-    connect(this, &realtime_t::start_timer_serializer, &timer_serializer, qOverload<>(&QTimer::start), type);
-    connect(this, &realtime_t::stop_timer_serializer, &timer_serializer, &QTimer::stop, type);
-    connect(&timer_serializer, &QTimer::timeout, this, &realtime_t::timer_serializer_elepsed, type);
+    base::json_image_t::wireTimer(this, timer_serializer);
 }
 
 void realtime_t::dropTree()
@@ -86,23 +82,13 @@ void realtime_t::initRequestGeneralSignals(bool connect)
 bool realtime_t::update(QJsonObject const& packet)
 {
     QString const topic = packet.value(QStringLiteral("topic")).toString();
-    if (topic.startsWith(literals::status_realtime) && handler_topic->whoIsStatus(packet, true)) {
-        CLASSLOGS_LOG(QStringLiteral("[") + name + QStringLiteral("] ") + QStringLiteral("Found database path: ")
-                          + topic + QStringLiteral(" update it"),
-                      ::utility::logs::trace, QStringLiteral("update"));
-        return true;
-    }
-    log(QStringLiteral("[") + name + QStringLiteral("] ") + QStringLiteral("Database path or packet not valid: ")
-            + topic + QStringLiteral(" no update"),
-        ::utility::logs::error, "update");
-    return false;
+    return base::json_image_t::logRoute(
+        name, topic, topic.startsWith(literals::status_realtime) && handler_topic->whoIsStatus(packet, true));
 }
 
 void realtime_t::updateError(QJsonObject const& packet, QString const& message)
 {
-    log(QStringLiteral("UPDATE ERROR - topic: ") + packet.value(QStringLiteral("topic")).toString()
-            + QStringLiteral(" msg: ") + message,
-        ::utility::logs::error, "updateError");
+    base::json_image_t::logUpdateError(name, packet, message);
 }
 
 bool realtime_t::updateDateTime(QJsonDocument& doc, QString const& path)
@@ -162,11 +148,7 @@ QJsonObject realtime_t::getStatusDatabasePacket()
 {
     if (data)
         data->getSystem()->update_datetime(QDateTime::currentDateTime(), false);
-    QJsonObject packet = base::topicbase_t::getPacketUpdated(
-        literals::status_realtime + QLatin1Char('/') + literals::topic_database, serialize(true));
-    packet.insert(QStringLiteral("sender"), QString());
-    packet.insert(QStringLiteral("destination"), QString());
-    return packet;
+    return base::json_image_t::statusPacket(literals::status_realtime, serialize(true));
 }
 
 QJsonObject realtime_t::serialize(bool force)
@@ -318,17 +300,13 @@ void realtime_t::_onRequest(QJsonObject _packet)
 
 void realtime_t::_onObjectNotExist(QJsonObject _packet)
 {
-    log(name + QStringLiteral("Receive event: No update db, object not exist: ")
-            + _packet.value(QStringLiteral("topic")).toString(),
-        ::utility::logs::error, "_onObjectNotExist");
+    base::json_image_t::logNotExist(name, _packet);
     Q_EMIT onRealtimeObjectNotExist(_packet);
 }
 
 void realtime_t::_onObjectError(QJsonObject _packet, QString _message)
 {
-    log(name + QStringLiteral("Receive event: Error to update ") + _packet.value(QStringLiteral("topic")).toString()
-            + QStringLiteral(" msg: ") + _message,
-        ::utility::logs::error, "_onObjectError");
+    base::json_image_t::logObjectError(name, _packet, _message);
     Q_EMIT onRealtimeObjectError(_packet, _message);
 }
 

@@ -29,6 +29,9 @@
 #include "database/realtime/objects/rt_object_item_t.h"
 #include "database/realtime/objects/rt_object_t.h"
 #include "database/realtime/objects/rt_object_thermostat_t.h"
+#include "database/presencesimulation/psi_object_presencesimulation_day_t.h"
+#include "database/presencesimulation/psi_object_presencesimulation_hour_t.h"
+#include "database/presencesimulation/psi_object_presencesimulation_minute_t.h"
 #include "platform/logs/classlogs.h"
 #include "platform/qjsonserializer/qjsonserializer.h"
 
@@ -204,7 +207,10 @@ void utility::initPresenceSimulationType(bool run)
 {
     if (!run)
         return;
-    // The presence simulation week registers its maps here when it arrives.
+    using namespace presencesimulation;
+    QJsonSerializer::registerMapAlias<psi_object_presencesimulation_day_t>("presencesimulation_days_map");
+    QJsonSerializer::registerMapAlias<psi_object_presencesimulation_hour_t>("presencesimulation_hour_map");
+    QJsonSerializer::registerMapAlias<psi_object_presencesimulation_minute_t>("presencesimulation_minute_map");
 }
 
 QJsonObject utility::request2status(QJsonObject packet)

@@ -20,6 +20,7 @@
 #include "database/definition/type_thermostat_thermo_params_t.h"
 #include "database/persistent/define/ps_knx_mode_t.h"
 #include "database/persistent/define/ps_type_database_field_t.h"
+#include "database/presencesimulation/define/psi_type_database_field_t.h"
 
 #include "platform/qjsonserializer/qjsonserializer.h"
 
@@ -30,6 +31,7 @@
 using namespace database::definition;
 using database::persistent::definition::ps_knx_mode_t;
 using database::persistent::definition::ps_type_database_field_t;
+using database::presencesimulation::definition::psi_type_database_field_t;
 using knx::type_dtp_knx_t;
 
 namespace {
@@ -94,6 +96,7 @@ private Q_SLOTS:
         QTest::newRow("baos::type_dtp_baos_t") << baos::type_dtp_baos_t::maxI << 18;
         QTest::newRow("ps_knx_mode_t") << ps_knx_mode_t::maxI << 3;
         QTest::newRow("ps_type_database_field_t") << ps_type_database_field_t::maxI << 15;
+        QTest::newRow("psi_type_database_field_t") << psi_type_database_field_t::maxI << 1;
     }
 
     void staticsAreCounted()
@@ -196,6 +199,7 @@ private Q_SLOTS:
         STATIC_ROW(ps_knx_mode_t, kdrive, "kdrive");
         STATIC_ROW(ps_knx_mode_t, baos, "baos");
         STATIC_ROW(ps_knx_mode_t, automatic, "automatic");
+        STATIC_ROW(psi_type_database_field_t, presencesimulation, "DB/presencesimulation");
         STATIC_ROW(ps_type_database_field_t, general, "general");
         STATIC_ROW(ps_type_database_field_t, items, "items");
         STATIC_ROW(ps_type_database_field_t, notify, "notify");
