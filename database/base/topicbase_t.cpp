@@ -151,5 +151,13 @@ bool topicbase_t::updateValues(topicbase_t const* other, bool _notify)
     return true;
 }
 
+void topicbase_t::updateField(char const* key, QVariant const& value, bool _notify)
+{
+    Q_ASSERT_X(metaObject()->indexOfProperty(key) >= 0, "updateField", key);
+    setProperty(key, value);
+    if (_notify)
+        publishSelf();
+}
+
 } // namespace base
 } // namespace database

@@ -5,6 +5,7 @@
 #include <QJsonValue>
 #include <QObject>
 #include <QString>
+#include <QVariant>
 
 #include "database/database_export.h"
 
@@ -62,6 +63,11 @@ public:
     /// is published on its own topic. False for null.
     bool updateValues(topicbase_t const* other, bool _notify);
 
+    /// The update of one field: writes the property of that JSON key through
+    /// the property system, which raises its change signal, and with _notify
+    /// publishes the whole object on its own topic.
+    void updateField(char const* key, QVariant const& value, bool _notify);
+
 Q_SIGNALS:
     void onRequest(QString _topic, QJsonObject _obj);
     void onRequest(QJsonObject _packet);
@@ -78,6 +84,27 @@ protected:
             return false;
         field = value;
         changed();
+        return true;
+    }
+
+    /// Puts value, or a new default T for null, in slot as this object's child
+    /// at childTopic. The old child loses its wiring to receiver and is deleted
+    /// at once, so nobody reaches it through this object any more; the new one
+    /// is wired. False when value is already in place.
+    template<class T>
+    bool placeChild(T*& slot, T* value, QString const& childTopic, QObject* receiver)
+    {
+        if (value == slot && value)
+            return false;
+        T* old = slot;
+        slot = value ? value : new T(this);
+        slot->setParent(this);
+        slot->setTopic(childTopic);
+        if (old) {
+            old->initRequestSignals(receiver, false);
+            delete old;
+        }
+        slot->initRequestSignals(receiver, true);
         return true;
     }
 

@@ -59,23 +59,10 @@ QString ps_drivers_t::driverTopic(QString const& key) const
     return topic + QLatin1Char('/') + key;
 }
 
-// The present driver goes at once, not later: nobody may reach it through the
-// section any more, and its buses would otherwise still answer on its topics.
 template<class T>
 bool ps_drivers_t::place(T*& slot, T* value, QString const& key)
 {
-    if (value == slot && value)
-        return false;
-    T* old = slot;
-    slot = value ? value : new T(this);
-    slot->setParent(this);
-    slot->setTopic(driverTopic(key));
-    if (old) {
-        old->initRequestSignals(receiver, false);
-        delete old;
-    }
-    slot->initRequestSignals(receiver, true);
-    return true;
+    return placeChild(slot, value, driverTopic(key), receiver);
 }
 
 void ps_drivers_t::setKnx(ps_drivers_knx_t* value)
