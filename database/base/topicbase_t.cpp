@@ -1,9 +1,11 @@
 #include "database/base/topicbase_t.h"
 
+#include <QAssociativeIterable>
 #include <QHash>
 #include <QMetaProperty>
 #include <QMutex>
 #include <QMutexLocker>
+#include <QSequentialIterable>
 #include <QVector>
 
 #include "database/utility/utility.h"
@@ -13,6 +15,19 @@ namespace database {
 namespace base {
 
 namespace {
+
+// Maps and lists of objects are structure the owner holds, not values.
+bool holdsObjects(QMetaType type)
+{
+    QVariant sample(type);
+    if (QMetaType::canView(type, QMetaType::fromType<QAssociativeIterable>()))
+        return sample.view<QAssociativeIterable>().metaContainer().mappedMetaType().flags().testFlag(
+            QMetaType::PointerToQObject);
+    if (QMetaType::canView(type, QMetaType::fromType<QSequentialIterable>()))
+        return sample.view<QSequentialIterable>().metaContainer().valueMetaType().flags().testFlag(
+            QMetaType::PointerToQObject);
+    return false;
+}
 
 // The stored, non-object properties of a class, computed once per class.
 QVector<QMetaProperty> const& valueProperties(QMetaObject const* meta)
@@ -29,7 +44,7 @@ QVector<QMetaProperty> const& valueProperties(QMetaObject const* meta)
         QMetaProperty const property = meta->property(i);
         if (!property.isStored() || !property.isWritable())
             continue;
-        if (property.metaType().flags().testFlag(QMetaType::PointerToQObject))
+        if (property.metaType().flags().testFlag(QMetaType::PointerToQObject) || holdsObjects(property.metaType()))
             continue;
         properties.append(property);
     }

@@ -53,7 +53,7 @@ public:
     void refuseNull();
 
     /// Takes every stored property of other that is a value (not an object
-    /// pointer) through the setters; objectName and the topic stay. other must
+    /// pointer, nor a map or list of them) through the setters; objectName and the topic stay. other must
     /// be of this object's class.
     void copyValues(topicbase_t const* other);
     /// True when every stored value property equals other's.
