@@ -41,8 +41,7 @@ public:
     void initRequestSignals(QObject* receiver, bool connect)
     {
         connectRequestSignals(receiver, connect);
-        sensors->setTopic(sensorsTopic());
-        sensors->initRequestSignals(receiver, connect);
+        wireChild(sensors, sensorsTopic(), receiver, connect);
     }
 
 protected:

@@ -88,11 +88,8 @@ public:
     void initRequestSignals(QObject* receiver, bool connect)
     {
         connectRequestSignals(receiver, connect);
-        for (field_t const& field : fields()) {
-            Detail* sensor = this->*field.sensor;
-            sensor->setTopic(sensorTopic(field.key));
-            sensor->initRequestSignals(receiver, connect);
-        }
+        for (field_t const& field : fields())
+            wireChild(this->*field.sensor, sensorTopic(field.key), receiver, connect);
     }
 
 protected:

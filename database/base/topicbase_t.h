@@ -87,6 +87,14 @@ protected:
         return true;
     }
 
+    /// Gives a child its topic and wires it to receiver, or unwires it.
+    template<class T>
+    static void wireChild(T* child, QString const& childTopic, QObject* receiver, bool connect)
+    {
+        child->setTopic(childTopic);
+        child->initRequestSignals(receiver, connect);
+    }
+
     /// Puts value, or a new default T for null, in slot as this object's child
     /// at childTopic. The old child loses its wiring to receiver and is deleted
     /// at once, so nobody reaches it through this object any more; the new one

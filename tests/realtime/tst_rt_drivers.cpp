@@ -149,7 +149,8 @@ private Q_SLOTS:
         ask(section);
         QCOMPARE(section->toJson(), before);
         drainEvents();
-        QCOMPARE(engine->requests, (QList<QJsonObject>{{{"topic", "request/DB/realtime/" + topic}, {"payload", payload}}}));
+        QCOMPARE(engine->requests,
+                 (QList<QJsonObject>{{{"topic", "request/DB/realtime/" + topic}, {"payload", payload}}}));
         QCOMPARE(engine->total(), 1);
     }
 

@@ -188,14 +188,10 @@ void ps_drivers_t::initRequestSignals(QObject* _receiver, bool connect)
         return;
     receiver = _receiver;
     connectRequestSignals(_receiver, connect);
-    internal->setTopic(driverTopic(key_internal));
-    knx->setTopic(driverTopic(key_knx));
-    baos->setTopic(driverTopic(key_baos));
-    clock->setTopic(driverTopic(key_clock));
-    internal->initRequestSignals(_receiver, connect);
-    knx->initRequestSignals(_receiver, connect);
-    baos->initRequestSignals(_receiver, connect);
-    clock->initRequestSignals(_receiver, connect);
+    wireChild(internal, driverTopic(key_internal), _receiver, connect);
+    wireChild(knx, driverTopic(key_knx), _receiver, connect);
+    wireChild(baos, driverTopic(key_baos), _receiver, connect);
+    wireChild(clock, driverTopic(key_clock), _receiver, connect);
 }
 
 bool ps_drivers_t::operator==(ps_drivers_t const& other) const

@@ -136,12 +136,9 @@ void rt_drivers_t::initRequestSignals(QObject* _receiver, bool connect)
         return;
     receiver = _receiver;
     connectRequestSignals(_receiver, connect);
-    internal->setTopic(driverTopic(key_internal));
-    knx->setTopic(driverTopic(key_knx));
-    baos->setTopic(driverTopic(key_baos));
-    internal->initRequestSignals(_receiver, connect);
-    knx->initRequestSignals(_receiver, connect);
-    baos->initRequestSignals(_receiver, connect);
+    wireChild(internal, driverTopic(key_internal), _receiver, connect);
+    wireChild(knx, driverTopic(key_knx), _receiver, connect);
+    wireChild(baos, driverTopic(key_baos), _receiver, connect);
 }
 
 bool rt_drivers_t::operator==(rt_drivers_t const& other) const

@@ -119,8 +119,7 @@ void rt_installation_t::initRequestSignals(QObject* _receiver, bool connect)
         return;
     receiver = _receiver;
     devices.initRequestSignals(_receiver, connect);
-    cloud->setTopic(cloudTopic());
-    cloud->initRequestSignals(_receiver, connect);
+    wireChild(cloud, cloudTopic(), _receiver, connect);
 }
 
 bool rt_installation_t::operator==(rt_installation_t const& other) const

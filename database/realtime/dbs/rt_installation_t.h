@@ -70,9 +70,9 @@ public:
     /// Takes everything of other, devices and cloud link included. _notify
     /// publishes the section, _notify_devices each device on its own topic.
     /// Null is refused with "Not permitted nullptr".
-    void update(rt_installation_t const* other, bool _notify, bool _notify_devices);
+    void update(rt_installation_t const* other, bool _notify, bool _notify_devices = false);
     /// update, unless other differs at most in its cloud token; true when it updated.
-    bool update_if_change(rt_installation_t const* other, bool _notify, bool _notify_devices);
+    bool update_if_change(rt_installation_t const* other, bool _notify, bool _notify_devices = false);
     /// Same device keys and the same own fields; the devices' contents and the
     /// cloud link are left out on purpose, so a new token alone is no change.
     bool compare_whitout_cloud_token(rt_installation_t const* other) const;

@@ -51,6 +51,18 @@ public:
                           [this](QObject* receiver, bool connect) { self()->initRequestSignals(receiver, connect); });
     }
 
+    /// Takes other's objects as update(map) does, and its other fields; null
+    /// is refused with "Not permitted nullptr".
+    void update(Derived const* other, bool _notify)
+    {
+        if (!other) {
+            refuseNull();
+            return;
+        }
+        copyValues(other);
+        update(other->getObjects(), _notify);
+    }
+
     /// Publishes the whole map, or one object (null when the key isn't there).
     void send_update() { objects.sendUpdate(); }
     void send_update(QString const& key) { objects.sendUpdateObject(key); }

@@ -23,7 +23,8 @@ namespace dbs {
 class DATABASE_EXPORT rt_notify_t : public base::topicbase_t
 {
     Q_OBJECT
-    Q_PROPERTY(database::realtime::rt_notify_map user_list READ getUserNotify WRITE setUserNotify NOTIFY userlistChanged)
+    Q_PROPERTY(database::realtime::rt_notify_map user_list READ getUserNotify WRITE setUserNotify NOTIFY
+                   userlistChanged)
     Q_PROPERTY(database::realtime::rt_notify_map sys_list READ getSysNotify WRITE setSysNotify NOTIFY syslistChanged)
 
 public:

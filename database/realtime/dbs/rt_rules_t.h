@@ -17,7 +17,8 @@ namespace dbs {
 class DATABASE_EXPORT rt_rules_t : public rt_map_section_t<rt_rules_t, objects::rt_object_rules_t>
 {
     Q_OBJECT
-    Q_PROPERTY(database::realtime::rt_rules_map objects_list READ getObjects WRITE setObjects NOTIFY objects_listChanged)
+    Q_PROPERTY(database::realtime::rt_rules_map objects_list READ getObjects WRITE setObjects NOTIFY
+                   objects_listChanged)
     Q_PROPERTY(QString updated READ getUpdated WRITE setUpdated NOTIFY updatedChanged)
 
 public:
@@ -28,7 +29,10 @@ public:
     rt_rules_t(rt_rules_t const& other);
 
     /// Content into the object of that key, a copy for a new key, removal for null.
-    void update_rule(QString const& key, objects::rt_object_rules_t* object, bool _notify) { updateObject(key, object, _notify); }
+    void update_rule(QString const& key, objects::rt_object_rules_t* object, bool _notify)
+    {
+        updateObject(key, object, _notify);
+    }
 
     /// Same object pointers and the same date: a deep comparison goes through the objects.
     bool operator==(rt_rules_t const& other) const { return sameObjects(other); }

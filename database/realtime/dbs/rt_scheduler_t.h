@@ -17,7 +17,8 @@ namespace dbs {
 class DATABASE_EXPORT rt_scheduler_t : public rt_map_section_t<rt_scheduler_t, objects::rt_object_scheduler_t>
 {
     Q_OBJECT
-    Q_PROPERTY(database::realtime::rt_schedulers_map objects_list READ getObjects WRITE setObjects NOTIFY objects_listChanged)
+    Q_PROPERTY(database::realtime::rt_schedulers_map objects_list READ getObjects WRITE setObjects NOTIFY
+                   objects_listChanged)
     Q_PROPERTY(QString updated READ getUpdated WRITE setUpdated NOTIFY updatedChanged)
     Q_PROPERTY(bool enabled MEMBER enabled READ getEnabled NOTIFY enabledChanged)
 
@@ -31,7 +32,10 @@ public:
     bool getEnabled() const { return enabled; }
 
     /// Content into the object of that key, a copy for a new key, removal for null.
-    void update_scheduler(QString const& key, objects::rt_object_scheduler_t* object, bool _notify) { updateObject(key, object, _notify); }
+    void update_scheduler(QString const& key, objects::rt_object_scheduler_t* object, bool _notify)
+    {
+        updateObject(key, object, _notify);
+    }
 
     /// Same object pointers, date and switch: a deep comparison goes through the objects.
     bool operator==(rt_scheduler_t const& other) const

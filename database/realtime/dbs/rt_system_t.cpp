@@ -98,8 +98,7 @@ void rt_system_t::initRequestSignals(QObject* _receiver, bool connect)
         return;
     receiver = _receiver;
     urls.initRequestSignals(_receiver, connect);
-    connections->setTopic(connectionsTopic());
-    connections->initRequestSignals(_receiver, connect);
+    wireChild(connections, connectionsTopic(), _receiver, connect);
 }
 
 bool rt_system_t::operator==(rt_system_t const& other) const

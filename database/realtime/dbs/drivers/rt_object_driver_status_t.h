@@ -63,8 +63,7 @@ public:
         if (_receiver)
             receiver = _receiver;
         connectRequestSignals(_receiver, connect);
-        info->setTopic(infoTopic());
-        info->initRequestSignals(_receiver, connect);
+        wireChild(info, infoTopic(), _receiver, connect);
     }
 
     /// Same switch and details object.

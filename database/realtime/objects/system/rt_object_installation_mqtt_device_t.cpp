@@ -16,7 +16,8 @@ rt_object_installation_mqtt_device_t::rt_object_installation_mqtt_device_t(QStri
 {
 }
 
-rt_object_installation_mqtt_device_t::rt_object_installation_mqtt_device_t(rt_object_installation_mqtt_device_t const& other)
+rt_object_installation_mqtt_device_t::rt_object_installation_mqtt_device_t(
+    rt_object_installation_mqtt_device_t const& other)
     : topicbase_t(other)
 {
     copyValues(&other);
