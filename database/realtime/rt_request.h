@@ -19,7 +19,8 @@ inline QString requestTopic(QString const& relative)
 }
 
 /// Asks that the thing at the emitter's topic and suffix become payload.
-inline void requestAt(base::topicbase_t* emitter, QString const& suffix, QJsonValue const& payload = QJsonObject())
+inline void requestSuffix(base::topicbase_t* emitter, QString const& suffix,
+                          QJsonValue const& payload = QJsonObject())
 {
     Q_EMIT emitter->onRequest(base::topicbase_t::getPacketRequest(requestTopic(emitter->getTopic() + suffix), payload));
 }
@@ -28,7 +29,7 @@ inline void requestAt(base::topicbase_t* emitter, QString const& suffix, QJsonVa
 /// with the bare value as payload.
 inline void requestField(base::topicbase_t* emitter, QString const& key, QJsonValue const& value)
 {
-    requestAt(emitter, QLatin1Char('/') + key, value);
+    requestSuffix(emitter, QLatin1Char('/') + key, value);
 }
 
 /// Makes a map of objects speak realtime: its requests go to the realtime

@@ -146,6 +146,8 @@ private Q_SLOTS:
                 << access << QStringList{"007", "8"} << 1 << QStringList{"007", "8"} << "7";
             QTest::addRow("%s: empty limit still one per call", name)
                 << access << QStringList{"3", "4"} << 0 << QStringList{"4"} << "3";
+            QTest::addRow("%s: empty list below a negative limit", name)
+                << access << QStringList() << -1 << QStringList() << QString();
         }
     }
 
@@ -157,7 +159,7 @@ private Q_SLOTS:
         QFETCH(QStringList, left);
         QFETCH(QString, removed);
         fill(access, keys);
-        bool const over = keys.size() > size;
+        bool const over = keys.size() > size && !keys.isEmpty();
 
         log_capture_t logs;
         access.resize(section, size);

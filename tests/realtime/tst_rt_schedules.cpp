@@ -409,6 +409,12 @@ private Q_SLOTS:
 
         rt_scheduler_t copy(section);
         QCOMPARE(copy.toJson(), json);
+
+        // The whole-section update takes the switch and the date, and copies of the schedules.
+        rt_scheduler_t taken;
+        taken.update(&section, false);
+        QCOMPARE(taken.toJson(), json);
+        QVERIFY(taken.getObjects().value("S1") != section.getObjects().value("S1"));
         QVERIFY(!(copy == section));
         QVERIFY(section == section);
     }

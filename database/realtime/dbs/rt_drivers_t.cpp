@@ -80,7 +80,7 @@ void rt_drivers_t::requestSetKnxMode(persistent::definition::ps_knx_mode_t const
                       ::utility::logs::error, QStringLiteral("requestSetKnxMode"));
         return;
     }
-    requestAt(this, QLatin1Char('/') + key_knx_mode, QJsonObject{{QStringLiteral("mode"), mode.ToString()}});
+    requestSuffix(this, QLatin1Char('/') + key_knx_mode, QJsonObject{{QStringLiteral("mode"), mode.ToString()}});
 }
 
 void rt_drivers_t::update_internal(rt_drivers_internal_t const* object, bool _notify)

@@ -76,7 +76,7 @@ void rt_notify_t::resizeSysNotification(int size)
 void rt_notify_t::resize(map_t& list, int size, QString const& source, QString const& kind,
                          QString const& resizeText)
 {
-    if (list.get().size() <= size)
+    if (list.get().size() <= size || list.get().isEmpty())
         return;
     CLASSLOGS_LOG(resizeText, ::utility::logs::warning, source);
     bool isNumber = false;

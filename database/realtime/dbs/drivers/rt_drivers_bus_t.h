@@ -59,7 +59,7 @@ public:
         status.retopic();
     }
 
-    void requestSetScanInterfaces() { requestAt(this, QStringLiteral("/interfaces/scan")); }
+    void requestSetScanInterfaces() { requestSuffix(this, QStringLiteral("/interfaces/scan")); }
 
     /// Copies of list's interfaces replace the present ones; published as the
     /// list on the driver's topic and "/interfaces".

@@ -34,12 +34,12 @@ void rt_object_driver_baos_interface_t::requestSetProgrammingMode(BAOS_PROGRAMIN
 
 void rt_object_driver_baos_interface_t::requestSetResetUserConfig()
 {
-    requestAt(this, QStringLiteral("/reset"));
+    requestSuffix(this, QStringLiteral("/reset"));
 }
 
 void rt_object_driver_baos_interface_t::requestSetWriteOnDevice()
 {
-    requestAt(this, QStringLiteral("/writeondevice"));
+    requestSuffix(this, QStringLiteral("/writeondevice"));
 }
 
 } // namespace drivers

@@ -48,7 +48,7 @@ protected:
     /// Asks the driver to give the interface a new bus address.
     void requestAddress(QString const& value)
     {
-        requestAt(this, QStringLiteral("/address"), QJsonObject{{QStringLiteral("newvalue"), value}});
+        requestSuffix(this, QStringLiteral("/address"), QJsonObject{{QStringLiteral("newvalue"), value}});
     }
 
     int id = 0;
