@@ -1,10 +1,12 @@
 #include "database/base/topicbase_t.h"
 
+#include <QAssociativeIterable>
 #include <QHash>
 #include <QMetaProperty>
 #include <QMutex>
 #include <QMutexLocker>
 #include <QPair>
+#include <QSequentialIterable>
 #include <QVector>
 
 #include "database/utility/utility.h"
@@ -14,6 +16,19 @@ namespace database {
 namespace base {
 
 namespace {
+
+// Maps and lists of objects are structure the owner holds, not values.
+bool holdsObjects(QMetaType type)
+{
+    QVariant sample(type);
+    if (QMetaType::canView(type, QMetaType::fromType<QAssociativeIterable>()))
+        return sample.view<QAssociativeIterable>().metaContainer().mappedMetaType().flags().testFlag(
+            QMetaType::PointerToQObject);
+    if (QMetaType::canView(type, QMetaType::fromType<QSequentialIterable>()))
+        return sample.view<QSequentialIterable>().metaContainer().valueMetaType().flags().testFlag(
+            QMetaType::PointerToQObject);
+    return false;
+}
 
 // The writable, non-object properties of a class in a scope, computed once per class and scope.
 QVector<QMetaProperty> const& valueProperties(QMetaObject const* meta, topicbase_t::value_scope_t scope)
@@ -31,7 +46,7 @@ QVector<QMetaProperty> const& valueProperties(QMetaObject const* meta, topicbase
         QMetaProperty const property = meta->property(i);
         if (!property.isWritable() || (scope == topicbase_t::stored_values && !property.isStored()))
             continue;
-        if (property.metaType().flags().testFlag(QMetaType::PointerToQObject))
+        if (property.metaType().flags().testFlag(QMetaType::PointerToQObject) || holdsObjects(property.metaType()))
             continue;
         properties.append(property);
     }
@@ -151,6 +166,14 @@ bool topicbase_t::updateValues(topicbase_t const* other, bool _notify)
     if (_notify)
         publishSelf();
     return true;
+}
+
+void topicbase_t::updateField(char const* key, QVariant const& value, bool _notify)
+{
+    Q_ASSERT_X(metaObject()->indexOfProperty(key) >= 0, "updateField", key);
+    setProperty(key, value);
+    if (_notify)
+        publishSelf();
 }
 
 } // namespace base

@@ -5,6 +5,7 @@
 #include <QJsonValue>
 #include <QObject>
 #include <QString>
+#include <QVariant>
 
 #include "database/database_export.h"
 
@@ -64,7 +65,8 @@ public:
     };
 
     /// Takes every property of other in scope that is a value (not an object
-    /// pointer) through the setters; objectName and the topic stay. other must
+    /// pointer, nor a map or list of them) through the setters; objectName and
+    /// the topic stay. other must
     /// be of this object's class.
     void copyValues(topicbase_t const* other, value_scope_t scope = stored_values);
     /// True when every value property in scope equals other's.
@@ -73,6 +75,11 @@ public:
     /// nullptr", otherwise the values are taken and, with _notify, the record
     /// is published on its own topic. False for null.
     bool updateValues(topicbase_t const* other, bool _notify);
+
+    /// The update of one field: writes the property of that JSON key through
+    /// the property system, which raises its change signal, and with _notify
+    /// publishes the whole object on its own topic.
+    void updateField(char const* key, QVariant const& value, bool _notify);
 
 Q_SIGNALS:
     void onRequest(QString _topic, QJsonObject _obj);
@@ -90,6 +97,35 @@ protected:
             return false;
         field = value;
         changed();
+        return true;
+    }
+
+    /// Gives a child its topic and wires it to receiver, or unwires it.
+    template<class T>
+    static void wireChild(T* child, QString const& childTopic, QObject* receiver, bool connect)
+    {
+        child->setTopic(childTopic);
+        child->initRequestSignals(receiver, connect);
+    }
+
+    /// Puts value, or a new default T for null, in slot as this object's child
+    /// at childTopic. The old child loses its wiring to receiver and is deleted
+    /// at once, so nobody reaches it through this object any more; the new one
+    /// is wired. False when value is already in place.
+    template<class T>
+    bool placeChild(T*& slot, T* value, QString const& childTopic, QObject* receiver)
+    {
+        if (value == slot && value)
+            return false;
+        T* old = slot;
+        slot = value ? value : new T(this);
+        slot->setParent(this);
+        slot->setTopic(childTopic);
+        if (old) {
+            old->initRequestSignals(receiver, false);
+            delete old;
+        }
+        slot->initRequestSignals(receiver, true);
         return true;
     }
 

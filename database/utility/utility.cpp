@@ -32,6 +32,20 @@
 #include "database/presencesimulation/psi_object_presencesimulation_day_t.h"
 #include "database/presencesimulation/psi_object_presencesimulation_hour_t.h"
 #include "database/presencesimulation/psi_object_presencesimulation_minute_t.h"
+#include "database/realtime/dbs/drivers/rt_drivers_internal_t.h"
+#include "database/realtime/dbs/drivers/rt_drivers_knx_t.h"
+#include "database/realtime/dbs/drivers/rt_object_driver_baos_interface_t.h"
+#include "database/realtime/dbs/drivers/rt_object_driver_baos_status_t.h"
+#include "database/realtime/dbs/drivers/rt_object_driver_knx_interface_t.h"
+#include "database/realtime/dbs/drivers/rt_object_driver_knx_status_t.h"
+#include "database/realtime/objects/rt_object_notify_t.h"
+#include "database/realtime/objects/rt_object_rules_t.h"
+#include "database/realtime/objects/rt_object_scenary_t.h"
+#include "database/realtime/objects/schedulers/rt_object_scheduler_t.h"
+#include "database/realtime/objects/system/rt_object_connection_t.h"
+#include "database/realtime/objects/system/rt_object_installation_mqtt_device_t.h"
+#include "database/realtime/objects/system/rt_object_presencesimulation_t.h"
+#include "database/realtime/objects/system/rt_object_url_t.h"
 #include "platform/logs/classlogs.h"
 #include "platform/qjsonserializer/qjsonserializer.h"
 
@@ -201,6 +215,25 @@ void utility::initRealTimeType(bool run)
     QJsonSerializer::registerMapAlias<rt_object_item_t>("rt_items_map");
     QJsonSerializer::registerMapAlias<rt_object_thermostat_t>("rt_thermostat_map");
     QJsonSerializer::registerMapAlias<rt_object_t>("rt_objects_map");
+    QJsonSerializer::registerMapAlias<rt_object_scheduler_t>("rt_schedulers_map");
+    QJsonSerializer::registerMapAlias<rt_object_scenary_t>("rt_scenary_map");
+    QJsonSerializer::registerMapAlias<rt_object_rules_t>("rt_rules_map");
+    QJsonSerializer::registerMapAlias<rt_object_installation_mqtt_device_t>("rt_mqtt_devices_map");
+    QJsonSerializer::registerMapAlias<rt_object_notify_t>("rt_notify_map");
+    QJsonSerializer::registerMapAlias<rt_object_cron_t>("rt_cron_map");
+    QJsonSerializer::registerMapAlias<rt_object_astro_t>("rt_astro_map");
+    QJsonSerializer::registerMapAlias<rt_object_connection_t>("rt_connection_map");
+    // The map of the system's addresses goes by the name of its element.
+    QJsonSerializer::registerMapAlias<rt_object_url_t>("rt_object_url_t");
+    QJsonSerializer::registerListAlias<drivers::rt_object_driver_knx_interface_t>(
+        "rt_object_driver_knx_interface_list");
+    QJsonSerializer::registerMapAlias<drivers::rt_object_driver_knx_status_t>("rt_object_driver_knx_map");
+    QJsonSerializer::registerListAlias<drivers::rt_object_driver_baos_interface_t>(
+        "rt_object_driver_baos_interface_list");
+    QJsonSerializer::registerMapAlias<drivers::rt_object_driver_baos_status_t>("rt_object_driver_baos_map");
+    QJsonSerializer::registerListAlias<rt_object_presencesimulation_t>("rt_object_presencesimulation_list");
+    QJsonSerializer::registerMapAlias<drivers::rt_drivers_internal_t>("rt_drivers_internal_map");
+    QJsonSerializer::registerMapAlias<drivers::rt_drivers_knx_t>("rt_drivers_knx_map");
 }
 
 void utility::initPresenceSimulationType(bool run)

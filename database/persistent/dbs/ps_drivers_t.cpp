@@ -59,23 +59,10 @@ QString ps_drivers_t::driverTopic(QString const& key) const
     return topic + QLatin1Char('/') + key;
 }
 
-// The present driver goes at once, not later: nobody may reach it through the
-// section any more, and its buses would otherwise still answer on its topics.
 template<class T>
 bool ps_drivers_t::place(T*& slot, T* value, QString const& key)
 {
-    if (value == slot && value)
-        return false;
-    T* old = slot;
-    slot = value ? value : new T(this);
-    slot->setParent(this);
-    slot->setTopic(driverTopic(key));
-    if (old) {
-        old->initRequestSignals(receiver, false);
-        delete old;
-    }
-    slot->initRequestSignals(receiver, true);
-    return true;
+    return placeChild(slot, value, driverTopic(key), receiver);
 }
 
 void ps_drivers_t::setKnx(ps_drivers_knx_t* value)
@@ -201,14 +188,10 @@ void ps_drivers_t::initRequestSignals(QObject* _receiver, bool connect)
         return;
     receiver = _receiver;
     connectRequestSignals(_receiver, connect);
-    internal->setTopic(driverTopic(key_internal));
-    knx->setTopic(driverTopic(key_knx));
-    baos->setTopic(driverTopic(key_baos));
-    clock->setTopic(driverTopic(key_clock));
-    internal->initRequestSignals(_receiver, connect);
-    knx->initRequestSignals(_receiver, connect);
-    baos->initRequestSignals(_receiver, connect);
-    clock->initRequestSignals(_receiver, connect);
+    wireChild(internal, driverTopic(key_internal), _receiver, connect);
+    wireChild(knx, driverTopic(key_knx), _receiver, connect);
+    wireChild(baos, driverTopic(key_baos), _receiver, connect);
+    wireChild(clock, driverTopic(key_clock), _receiver, connect);
 }
 
 bool ps_drivers_t::operator==(ps_drivers_t const& other) const

@@ -204,8 +204,7 @@ void ps_notify_t::initRequestSignals(QObject* receiver, bool connect)
     // The second map shares the section's wiring, done just above.
     emails.setReceiver(receiver);
     emails.wireObjects(connect);
-    smtp->setTopic(smtpTopic());
-    smtp->initRequestSignals(receiver, connect);
+    wireChild(smtp, smtpTopic(), receiver, connect);
 }
 
 bool ps_notify_t::operator==(ps_notify_t const& other) const

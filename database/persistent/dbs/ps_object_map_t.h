@@ -89,8 +89,16 @@ public:
         }
     }
 
-    /// Logs this line with the id whenever list() misses.
-    void setMissLog(QString const& text) { missLog = text; }
+    /// Logs this line with the id whenever list() misses, under source.
+    void setMissLog(QString const& text, QString const& source = QStringLiteral("list"))
+    {
+        missLog = text;
+        missSource = source;
+    }
+
+    /// The absolute prefix of the requests: "request/DB/persistent" unless the
+    /// owner lives in another database.
+    void setRequestBase(QString const& base) { requestBase = base; }
 
     /// Whether update() passes over an empty id. Live state takes keys as the
     /// drivers send them, so the realtime sections store an empty one too.
@@ -104,7 +112,7 @@ public:
         if (found != objects.constEnd())
             return found.value();
         if (!missLog.isEmpty())
-            CLASSLOGS_LOG(missLog + id, ::utility::logs::trace, QStringLiteral("list"));
+            CLASSLOGS_LOG(missLog + id, ::utility::logs::trace, missSource);
         QString const topic = objectTopic(id);
         T* temporary = new T(topic, section);
         temporary->deleteLater();
@@ -115,11 +123,11 @@ public:
     /// Asks for one object; a null object asks for its removal.
     void requestSet(QString const& id, T* object)
     {
-        QString topic = requestTopic(objectTopic(id));
+        QString topic = requestOf(objectTopic(id));
         QJsonValue payload = QJsonObject();
         if (object) {
             object->setTopic(objectTopic(id));
-            topic = requestTopic(object->getTopic());
+            topic = requestOf(object->getTopic());
             payload = object->toJson();
         }
         Q_EMIT section->onRequest(base::topicbase_t::getPacketRequest(topic, payload));
@@ -130,7 +138,7 @@ public:
     {
         giveTopics(map);
         Q_EMIT section->onRequest(base::topicbase_t::getPacketRequest(
-            requestTopic(section->getTopic() + QLatin1Char('/') + listKey), toJson(map)));
+            requestOf(section->getTopic() + QLatin1Char('/') + listKey), toJson(map)));
     }
 
     /// Changes one object: content into the existing one, a copy for a new id,
@@ -161,6 +169,14 @@ public:
         object->setParent(nullptr);
         object->setTopic(objectTopic(id));
         insertCopy(id, object);
+    }
+
+    /// Unwires every object, schedules it for deletion and empties the map,
+    /// publishing nothing.
+    void clear()
+    {
+        while (!objects.isEmpty())
+            release(objects.begin());
     }
 
     /// Unwires the object of id, schedules it for deletion and drops the key,
@@ -280,6 +296,8 @@ public:
     }
 
 private:
+    QString requestOf(QString const& relative) const { return requestBase + QLatin1Char('/') + relative; }
+
     /// The map owns copy from here on, wired like every other object.
     void insertCopy(QString const& id, T* copy)
     {
@@ -302,6 +320,8 @@ private:
     QString listKey;
     QString missLog;
     bool skipEmptyId = true;
+    QString missSource;
+    QString requestBase = literals::request_persistent;
     QPointer<QObject> receiver;
     map_t objects;
 };

@@ -2,8 +2,10 @@
 #define DATABASE_REALTIME_DBS_RT_MAP_SECTION_T_H
 
 #include <QString>
+#include <QStringList>
 
 #include "database/persistent/dbs/ps_object_map_section_t.h"
+#include "database/realtime/rt_request.h"
 
 namespace database {
 namespace realtime {
@@ -24,6 +26,8 @@ class rt_map_section_t : public persistent::dbs::ps_object_map_section_t<Derived
     using base_t = persistent::dbs::ps_object_map_section_t<Derived, T>;
 
 public:
+    using typename base_t::map_t;
+
     /// The section doesn't write it: it comes and goes with the JSON.
     QString getUpdated() const { return updated; }
     void setUpdated(QString const& value)
@@ -31,11 +35,29 @@ public:
         this->assign(updated, value, [this] { Q_EMIT static_cast<Derived*>(this)->updatedChanged(updated); });
     }
 
-    /// Same object pointers and the same date: content is compared through the JSON.
-    bool operator==(Derived const& other) const
+    QStringList keys() const { return this->objects.get().keys(); }
+
+    /// The whole map replaced by copies of map's objects.
+    void update(map_t const& map, bool _notify) { replaceAll(map, _notify); }
+
+    /// Takes other's objects as update(map) does, and its other fields; null
+    /// is refused with "Not permitted nullptr".
+    void update(Derived const* other, bool _notify)
     {
-        return this->objects.get() == other.objects.get() && updated == other.updated;
+        if (!other) {
+            this->refuseNull();
+            return;
+        }
+        this->copyValues(other);
+        replaceAll(other->getObjects(), _notify);
     }
+
+    using base_t::send_update;
+    /// Publishes one object, or null when the key isn't there.
+    void send_update(QString const& key) { this->objects.sendUpdateObject(key); }
+
+    /// Same object pointers and the same date: content is compared through the JSON.
+    bool operator==(Derived const& other) const { return sameObjects(other); }
 
 protected:
     rt_map_section_t(QString const& topic, QObject* parent)
@@ -52,8 +74,11 @@ protected:
         configure();
     }
 
+    /// Content into the object of that key, a copy for a new key, removal for null.
+    void updateObject(QString const& key, T* object, bool _notify) { this->objects.update(key, object, _notify); }
+
     /// Replaces the whole map by copies of map's objects.
-    void replaceAll(typename base_t::map_t const& map, bool _notify)
+    void replaceAll(map_t const& map, bool _notify)
     {
         this->objects.updateAll(map, _notify, [this](QObject* receiver, bool connect) {
             this->connectRequestSignals(receiver, connect);
@@ -62,10 +87,15 @@ protected:
         });
     }
 
+    bool sameObjects(rt_map_section_t const& other) const
+    {
+        return this->objects.get() == other.objects.get() && updated == other.updated;
+    }
+
 private:
     void configure()
     {
-        this->objects.setMissLog(QStringLiteral("New key create app : "));
+        realtimeMap(this->objects);
         this->objects.setSkipEmptyId(false);
     }
 

@@ -7,7 +7,18 @@ namespace realtime {
 namespace dbs {
 
 rt_scenary_t::rt_scenary_t(QObject* parent)
-    : topicbase_t(literals::key_scenary, parent)
+    : rt_map_section_t(literals::key_scenary, parent)
+{
+}
+
+rt_scenary_t::rt_scenary_t(rt_scenary_map const& objects, QObject* parent)
+    : rt_map_section_t(literals::key_scenary, parent)
+{
+    setObjects(objects);
+}
+
+rt_scenary_t::rt_scenary_t(rt_scenary_t const& other)
+    : rt_map_section_t(other)
 {
 }
 

@@ -5,7 +5,7 @@
 #include <QString>
 #include <QStringList>
 
-#include "database/base/topicbase_t.h"
+#include "database/base/sensor_driver_t.h"
 #include "database/persistent/dbs/drivers/ps_object_driver_internal_sensors_t.h"
 
 #include "database/database_export.h"
@@ -19,7 +19,8 @@ namespace drivers {
  * The driver of the panel's own sensors. It has nothing of its own but the
  * sensors, so updates and publications go straight to them.
  */
-class DATABASE_EXPORT ps_drivers_internal_t : public base::topicbase_t
+class DATABASE_EXPORT ps_drivers_internal_t
+    : public base::sensor_driver_t<ps_drivers_internal_t, ps_object_driver_internal_sensors_t>
 {
     Q_OBJECT
     Q_PROPERTY(database::persistent::objects::drivers::ps_object_driver_internal_sensors_t* sensors READ getSensors
@@ -31,28 +32,11 @@ public:
     /// Deep: the sensors are copied too; no parent.
     ps_drivers_internal_t(ps_drivers_internal_t const& other);
 
-    ps_object_driver_internal_sensors_t* getSensors() const { return sensors; }
-    /// Adopts value in place of the present sensors, which are deleted; null
-    /// stands for default sensors. Meant for deserialization, before wiring.
-    void setSensors(ps_object_driver_internal_sensors_t* value);
-
-    /// Also moves the sensors along, to the new topic and "/sensors".
-    void setTopic(QString const& value);
-
     /// The ids by which items name a sensor: the sensors' topics.
-    QStringList getDriverIds() const { return sensors->getSensorTopics(); }
-
-    void update(ps_object_driver_internal_sensors_t const* other, bool _notify) { sensors->update(other, _notify); }
-    void send_update() { sensors->send_update(); }
-    void initRequestSignals(QObject* receiver, bool connect);
+    QStringList getDriverIds() const { return getSensors()->getSensorTopics(); }
 
 Q_SIGNALS:
     void sensorsChanged(database::persistent::objects::drivers::ps_object_driver_internal_sensors_t*);
-
-private:
-    QString sensorsTopic() const;
-
-    ps_object_driver_internal_sensors_t* sensors = nullptr;
 };
 
 } // namespace drivers

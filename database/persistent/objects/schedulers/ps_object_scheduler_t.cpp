@@ -137,8 +137,7 @@ bool ps_object_scheduler_t::compare_astro_map(ps_astro_map const& map) const
 
 bool ps_object_scheduler_t::operator==(ps_object_scheduler_t const& other) const
 {
-    // The list properties compare as maps of pointers, which is what is wanted here.
-    return sameValues(&other);
+    return crons.get() == other.crons.get() && astros.get() == other.astros.get() && sameValues(&other);
 }
 
 void ps_object_scheduler_t::initRequestSignals(QObject* receiver, bool connect)

@@ -1,0 +1,74 @@
+#ifndef DATABASE_REALTIME_DBS_DRIVERS_RT_OBJECT_DRIVER_BAOS_STATUS_DETAIL_T_H
+#define DATABASE_REALTIME_DBS_DRIVERS_RT_OBJECT_DRIVER_BAOS_STATUS_DETAIL_T_H
+
+#include <QObject>
+#include <QString>
+
+#include "database/realtime/dbs/drivers/rt_object_driver_status_detail_t.h"
+
+#include "database/database_export.h"
+
+namespace database {
+namespace realtime {
+namespace objects {
+namespace drivers {
+
+/**
+ * What the BAOS driver last reported of one device: the events of a KNX bus,
+ * and whether the device is being programmed, downloaded or written.
+ */
+class DATABASE_EXPORT rt_object_driver_baos_status_detail_t
+    : public rt_object_driver_status_detail_t<rt_object_driver_baos_status_detail_t>
+{
+    Q_OBJECT
+    Q_PROPERTY(QString accessPortError MEMBER accessPortError READ getAccessPortError NOTIFY accessPortErrorChanged)
+    Q_PROPERTY(QString accessPortClose MEMBER accessPortClose READ getAccessPortClose NOTIFY accessPortCloseChanged)
+    Q_PROPERTY(QString accessPortTeminate MEMBER accessPortTeminate READ getAccessPortTeminate NOTIFY
+                   accessPortTeminateChanged)
+    Q_PROPERTY(QString busDisconnected MEMBER busDisconnected READ getBusDisconnected NOTIFY busDisconnectedChanged)
+    Q_PROPERTY(QString deviceNotFound MEMBER deviceNotFound READ getDeviceNotFound NOTIFY deviceNotFoundChanged)
+    Q_PROPERTY(bool inProgramming MEMBER inProgramming READ getInProgramming NOTIFY inProgrammingChanged)
+    Q_PROPERTY(bool inDownload MEMBER inDownload READ getInDownload NOTIFY inDownloadChanged)
+    Q_PROPERTY(bool deviceInWrite MEMBER deviceInWrite READ getDeviceInWrite NOTIFY deviceInWriteChanged)
+    Q_PROPERTY(int interfaceId MEMBER interfaceId READ getInterfaceId NOTIFY interfaceIdChanged)
+    Q_PROPERTY(int packetTX MEMBER packetTX READ getPacketTX NOTIFY packetTXChanged STORED false)
+    Q_PROPERTY(int packetRX MEMBER packetRX READ getPacketRX NOTIFY packetRXChanged STORED false)
+
+public:
+    Q_INVOKABLE explicit rt_object_driver_baos_status_detail_t(QObject* parent = nullptr);
+    rt_object_driver_baos_status_detail_t(QString const& topic, QObject* parent);
+    rt_object_driver_baos_status_detail_t(rt_object_driver_baos_status_detail_t const& other);
+
+    bool getInProgramming() const { return inProgramming; }
+    bool getInDownload() const { return inDownload; }
+    bool getDeviceInWrite() const { return deviceInWrite; }
+
+    void update_in_programming(bool value, bool _notify) { updateField("inProgramming", value, _notify); }
+    void update_in_download(bool value, bool _notify) { updateField("inDownload", value, _notify); }
+    void update_device_in_write(bool value, bool _notify) { updateField("deviceInWrite", value, _notify); }
+
+Q_SIGNALS:
+    void accessPortErrorChanged(QString);
+    void accessPortCloseChanged(QString);
+    void accessPortTeminateChanged(QString);
+    void busDisconnectedChanged(QString);
+    void deviceNotFoundChanged(QString);
+    void inProgrammingChanged(bool);
+    void inDownloadChanged(bool);
+    void deviceInWriteChanged(bool);
+    void interfaceIdChanged(int);
+    void packetTXChanged(int);
+    void packetRXChanged(int);
+
+private:
+    bool inProgramming = false;
+    bool inDownload = false;
+    bool deviceInWrite = false;
+};
+
+} // namespace drivers
+} // namespace objects
+} // namespace realtime
+} // namespace database
+
+#endif // DATABASE_REALTIME_DBS_DRIVERS_RT_OBJECT_DRIVER_BAOS_STATUS_DETAIL_T_H
