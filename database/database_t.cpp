@@ -10,6 +10,9 @@
 #include "database/definition/type_knx_mode_t.h"
 #include "database/migration/migration_t.h"
 #include "database/persistent/persistent_t.h"
+#include "database/presencesimulation/presencesimulation_t.h"
+#include "database/psi_handler_request_t.h"
+#include "database/psi_handler_status_t.h"
 #include "database/ps_handler_request_t.h"
 #include "database/ps_handler_status_t.h"
 #include "database/realtime/realtime_t.h"
@@ -70,6 +73,8 @@ database_t::database_t(database_t const& other)
     // The engines exist before the name and the role are handed on to them.
     persistent = new persistent::persistent_t(*other.persistent);
     realtime = new realtime::realtime_t(*other.realtime);
+    presencesimulation = new presencesimulation::presencesimulation_t(other.service);
+    presencesimulation->deserialize(other.presencesimulation->getJdata());
     service = other.service;
     name = other.name;
     persistent->setName(name);
@@ -83,10 +88,13 @@ database_t::~database_t()
     initInternalEvent(false);
     delete ps_handler_request;
     delete ps_handler_status;
+    delete psi_handler_request;
+    delete psi_handler_status;
     delete rt_handler_status;
     delete rt_handler_request;
     delete persistent;
     delete realtime;
+    delete presencesimulation;
     initrr(false);
 }
 
@@ -102,12 +110,15 @@ void database_t::createEngines()
 {
     persistent = new persistent::persistent_t(service);
     realtime = new realtime::realtime_t(service);
+    presencesimulation = new presencesimulation::presencesimulation_t(service);
 }
 
 void database_t::createHandlers()
 {
     ps_handler_request = new ps_handler_request_t(this, nullptr);
     ps_handler_status = new ps_handler_status_t(this, nullptr);
+    psi_handler_request = new psi_handler_request_t(this, presencesimulation, nullptr);
+    psi_handler_status = new psi_handler_status_t(this, presencesimulation, nullptr);
     rt_handler_status = new rt_handler_status_t(this, nullptr);
 }
 
@@ -135,6 +146,15 @@ realtime::realtime_t* database_t::getRealtime() const
         return realtime;
     }
     return realtime;
+}
+
+presencesimulation::presencesimulation_t* database_t::getPresenceSimulation() const
+{
+    if (presencesimulation && presencesimulation->getAccessMutex()) {
+        QMutexLocker locker(presencesimulation->getAccessMutex());
+        return presencesimulation;
+    }
+    return presencesimulation;
 }
 
 rt_handler_status_t* database_t::getRtHandlerStatus() const
@@ -193,6 +213,9 @@ void database_t::initInternalEvent(bool connect)
         if (realtime)
             QObject::connect(realtime, &realtime::realtime_t::eventOfflineRequest, this,
                              &database_t::eventOfflineRequest, Qt::QueuedConnection);
+        if (presencesimulation)
+            QObject::connect(presencesimulation, &presencesimulation::presencesimulation_t::eventOfflineRequest, this,
+                             &database_t::eventOfflineRequest, Qt::QueuedConnection);
         QObject::connect(persistent->getHandlerTopic(), &persistent::ps_handler_topic_t::onPersistentUpdatedSomething,
                          this, &database_t::onPersistentUpdatedSomething, Qt::QueuedConnection);
     } else {
@@ -202,6 +225,9 @@ void database_t::initInternalEvent(bool connect)
         if (realtime)
             QObject::disconnect(realtime, &realtime::realtime_t::eventOfflineRequest, this,
                                 &database_t::eventOfflineRequest);
+        if (presencesimulation)
+            QObject::disconnect(presencesimulation, &presencesimulation::presencesimulation_t::eventOfflineRequest,
+                                this, &database_t::eventOfflineRequest);
         QObject::disconnect(persistent->getHandlerTopic(),
                             &persistent::ps_handler_topic_t::onPersistentUpdatedSomething, this,
                             &database_t::onPersistentUpdatedSomething);
@@ -234,6 +260,12 @@ void database_t::eventOfflineRequest(QJsonObject _packet)
         // Without a server a realtime request is the new state itself.
         _packet.insert(QStringLiteral("topic"), literals::status_realtime + QLatin1Char('/') + pattern.cap(2));
         realtime->update(_packet);
+        return;
+    }
+    if (pattern.cap(1) == literals::request_presencesimulation) {
+        _packet.insert(QStringLiteral("topic"),
+                       literals::status_presencesimulation + QLatin1Char('/') + pattern.cap(2));
+        presencesimulation->update(_packet);
         return;
     }
     log(name + QStringLiteral("No roolback possible"), ::utility::logs::error, "eventOfflineRequest");

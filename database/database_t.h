@@ -22,11 +22,16 @@ class persistent_t;
 namespace realtime {
 class realtime_t;
 }
+namespace presencesimulation {
+class presencesimulation_t;
+}
 namespace rr {
 class rr_base_t;
 }
 class ps_handler_request_t;
 class ps_handler_status_t;
+class psi_handler_request_t;
+class psi_handler_status_t;
 class rt_handler_status_t;
 class rt_handler_request_t;
 
@@ -51,6 +56,7 @@ public:
     /// Held briefly under the engine's access mutex, so that no handler is mid-slot.
     persistent::persistent_t* getPersistent() const;
     realtime::realtime_t* getRealtime() const;
+    presencesimulation::presencesimulation_t* getPresenceSimulation() const;
 
     /// The outside-service peers by service name; the façade owns them.
     QMap<QString, rr::rr_base_t*> const& get_rr_map() const { return rr; }
@@ -96,9 +102,12 @@ private:
     QString name;
     persistent::persistent_t* persistent = nullptr;
     realtime::realtime_t* realtime = nullptr;
+    presencesimulation::presencesimulation_t* presencesimulation = nullptr;
     QPointer<ps_handler_request_t> ps_handler_request;
     QPointer<ps_handler_status_t> ps_handler_status;
     QPointer<rt_handler_status_t> rt_handler_status;
+    QPointer<psi_handler_request_t> psi_handler_request;
+    QPointer<psi_handler_status_t> psi_handler_status;
     QPointer<rt_handler_request_t> rt_handler_request;
     QMap<QString, rr::rr_base_t*> rr;
 };
