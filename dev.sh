@@ -53,7 +53,11 @@ case "${1:-help}" in
             "$host" --data "$here/data" --dump "$section"
         done
         echo "== Saved in data/realtime.json: items (the live value of light_hall)" >&2
-        "$host" --data "$here/data" --dump realtime/items ;;
+        "$host" --data "$here/data" --dump realtime/items
+        for section in drivers notify; do
+            echo "== Saved in data/realtime.json: $section" >&2
+            "$host" --data "$here/data" --dump "realtime/$section"
+        done ;;
     test)
         build
         ctest --test-dir "$build_dir" --output-on-failure -j "$(nproc)" ;;

@@ -4,6 +4,7 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QDir>
+#include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -14,6 +15,7 @@
 #include "database/definition/type_brand_t.h"
 #include "database/persistent/define/ps_knx_mode_t.h"
 #include "database/persistent/persistent_t.h"
+#include "database/default/realtime/rt_default_t.h"
 #include "database/realtime/realtime_t.h"
 #include "database/realtime/rt_data_t.h"
 #include "database/utility/utility.h"
@@ -160,6 +162,10 @@ int main(int argc, char* argv[])
     int storedMajor = database::database_t::getVersion().section(QLatin1Char('.'), 0, 0).toInt();
     store.load([&](QString const& path) { return loadPersistent(database.getPersistent(), path, storedMajor); },
                notes);
+    // A first run starts the live database from the defaults of its role.
+    if (!QFileInfo::exists(liveStore.currentPath()))
+        database.getRealtime()->update_database(database::realtime::rt_default_t::getInstance()->getJData(service),
+                                                false);
     liveStore.load([&](QString const& path) { return loadRealtime(database.getRealtime(), path, storedMajor); },
                    notes);
     for (QString const& note : std::as_const(notes))

@@ -11,7 +11,10 @@
 #include "database/definition/type_knx_mode_t.h"
 #include "database/persistent/persistent_t.h"
 #include "database/realtime/dbs/rt_drivers_t.h"
+#include "database/realtime/dbs/drivers/rt_drivers_knx_t.h"
 #include "database/realtime/dbs/rt_items_t.h"
+#include "database/realtime/dbs/rt_notify_t.h"
+#include "database/realtime/dbs/rt_system_t.h"
 #include "database/realtime/dbs/rt_thermo_t.h"
 #include "database/realtime/objects/rt_object_item_t.h"
 #include "database/realtime/objects/rt_object_thermostat_t.h"
@@ -71,6 +74,8 @@ private:
     void status(QString const& relative, QJsonValue const& payload)
     {
         QVERIFY(live()->update(packet("status/DB/realtime/" + relative, payload)));
+        // The slot, then the engine's reaction to what the model published.
+        drainEvents();
         drainEvents();
     }
 
@@ -216,6 +221,131 @@ private Q_SLOTS:
         // The whole thermostat with an empty payload goes.
         status("thermo/objects_list/T", QJsonObject());
         QVERIFY(!thermo()->getObjects().contains("T"));
+    }
+
+    void knxModeStatusTakesOnlyArrays_data()
+    {
+        QTest::addColumn<QJsonValue>("payload");
+        QTest::addColumn<QStringList>("expected");
+        QString const fallback = database::persistent::ps_default_t::getInstance()->getDefaultKnxMode().ToString();
+        QTest::newRow("array") << QJsonValue(QJsonArray{"kdrive", "baos"}) << QStringList{"kdrive", "baos"};
+        QTest::newRow("empty array") << QJsonValue(QJsonArray()) << QStringList();
+        QTest::newRow("text resets to the default") << QJsonValue("baos") << QStringList{fallback};
+        QTest::newRow("object resets to the default") << QJsonValue(QJsonObject{{"0", "baos"}})
+                                                       << QStringList{fallback};
+    }
+
+    void knxModeStatusTakesOnlyArrays()
+    {
+        QFETCH(QJsonValue, payload);
+        QFETCH(QStringList, expected);
+        live()->getData()->getDrivers()->update_knxmode({"x", "y", "z"}, false);
+        status("drivers/knx_mode", payload);
+        QCOMPARE(live()->getData()->getDrivers()->getKnxMode(), expected);
+    }
+
+    void userNotificationReadOnlyByABoolean_data()
+    {
+        QTest::addColumn<QJsonValue>("payload");
+        QTest::addColumn<bool>("read");
+        QTest::newRow("boolean true") << QJsonValue(true) << true;
+        QTest::newRow("text true") << QJsonValue("true") << false;
+        QTest::newRow("number 1") << QJsonValue(1) << false;
+    }
+
+    void userNotificationReadOnlyByABoolean()
+    {
+        QFETCH(QJsonValue, payload);
+        QFETCH(bool, read);
+        status("notify/user_list/1", QJsonObject{{"name", "door"}, {"verbosity", "info"}, {"message", "open"}});
+        QVERIFY(live()->getData()->getNotify()->getUserNotify().contains("1"));
+        status("notify/user_list/1/read", payload);
+        QCOMPARE(live()->getData()->getNotify()->getUserNotify().value("1")->getRead(), read);
+        // The read flag of an unknown notification creates nothing.
+        status("notify/user_list/2/read", true);
+        QVERIFY(!live()->getData()->getNotify()->getUserNotify().contains("2"));
+    }
+
+    void systemNotificationArrivesAndGoes()
+    {
+        QSignalSpy changes(live()->getHandlerTopic(), &rt_handler_topic_t::onRealtimeChangeSystemNotifyObjects);
+        QVERIFY(changes.isValid());
+        status("notify/sys_list/7", QJsonObject{{"name", "bus"}, {"verbosity", "error"}, {"message", "lost"}});
+        QCOMPARE(live()->getData()->getNotify()->getSysNotify().value("7")->getMessage(), QStringLiteral("lost"));
+        QTRY_COMPARE(changes.count(), 1);
+        QCOMPARE(changes.takeFirst().at(1).toString(), QStringLiteral("7"));
+        status("notify/sys_list/7", QJsonObject());
+        QVERIFY(!live()->getData()->getNotify()->getSysNotify().contains("7"));
+    }
+
+    void clockTakesOnlyValidDates_data()
+    {
+        QTest::addColumn<QJsonValue>("payload");
+        QTest::addColumn<bool>("taken");
+        QTest::newRow("ISO date and time") << QJsonValue("2026-11-23T10:15:00") << true;
+        QTest::newRow("not a date") << QJsonValue("yesterday") << false;
+        QTest::newRow("number") << QJsonValue(1700000000) << false;
+    }
+
+    void clockTakesOnlyValidDates()
+    {
+        QFETCH(QJsonValue, payload);
+        QFETCH(bool, taken);
+        QString const before = live()->getData()->getSystem()->getDatetime();
+        status("system/datetime", payload);
+        QString const after = live()->getData()->getSystem()->getDatetime();
+        QCOMPARE(after != before, taken);
+        if (taken)
+            QVERIFY(after.startsWith("2026-11-23T10:15:00"));
+    }
+
+    void driverStatusDetailAndInterfaces()
+    {
+        auto* knx = live()->getData()->getDrivers()->getKnx();
+        status("drivers/driver_knx/status/bus1", QJsonObject{{"loop_execution", true}});
+        QVERIFY(knx->getStatus().contains("bus1"));
+        QCOMPARE(knx->getStatus().value("bus1")->getLoopExecution(), true);
+        status("drivers/driver_knx/status/bus1/info", QJsonObject{{"busDisconnected", "yes"}});
+        QCOMPARE(knx->getStatus().value("bus1")->getInfo()->getBusDisconnected(), QStringLiteral("yes"));
+        // Any other tail has no route.
+        QVERIFY(!live()->update(packet("status/DB/realtime/drivers/driver_knx/status/bus1/other", QJsonObject())));
+        status("drivers/driver_knx/interfaces",
+               QJsonArray{QJsonObject{{"id", 1}, {"type", "USB"}}, QJsonObject{{"id", 2}, {"type", "IP"}}});
+        QCOMPARE(knx->getInterfaces().size(), 2);
+        QCOMPARE(knx->getInterfaces().at(1)->getType(), QStringLiteral("IP"));
+        // An array of the wrong shape changes nothing.
+        status("drivers/driver_knx/interfaces", QJsonArray{1, 2, 3});
+        QCOMPARE(knx->getInterfaces().size(), 2);
+        status("drivers/driver_knx/status/bus1", QJsonObject());
+        QVERIFY(!knx->getStatus().contains("bus1"));
+    }
+
+    void sectionsTakeTheirWholeStatus_data()
+    {
+        QTest::addColumn<QString>("section");
+        QTest::addColumn<QJsonObject>("payload");
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<QJsonValue>("expected");
+        QTest::newRow("sun times") << "astronomical" << QJsonObject{{"sunset", "17:01"}, {"sunrice", "07:22"}}
+                                   << "astronomical/sunrice" << QJsonValue("07:22");
+        QTest::newRow("scheduler counters")
+            << "schedulers/objects_list/evening"
+            << QJsonObject{{"cron_list", QJsonObject{{"c1", QJsonObject{{"executed", "19:00"}, {"counter", 3}}}}}}
+            << "schedulers/objects_list/evening/cron_list/c1/counter" << QJsonValue(3);
+        QTest::newRow("rule value") << "rules/objects_list/r1" << QJsonObject{{"value", "1"}}
+                                    << "rules/objects_list/r1/value" << QJsonValue("1");
+        QTest::newRow("scenario running") << "scenary/objects_list/s1" << QJsonObject{{"execution", true}}
+                                          << "scenary/objects_list/s1/execution" << QJsonValue(true);
+    }
+
+    void sectionsTakeTheirWholeStatus()
+    {
+        QFETCH(QString, section);
+        QFETCH(QJsonObject, payload);
+        QFETCH(QString, path);
+        QFETCH(QJsonValue, expected);
+        status(section, payload);
+        QCOMPARE(database::utility::getJsonValue(QJsonDocument(live()->getJdata()), path), expected);
     }
 
     void itemTwinFollowsTheConfiguration()

@@ -240,6 +240,53 @@ private Q_SLOTS:
         QCOMPARE(other.getHash(), engine()->getHash());
     }
 
+    void wholeDocumentSurvivesSaveAndLoad()
+    {
+        QList<QPair<QString, QJsonValue>> const statuses{
+            {"items/objects_list/K", QJsonObject{{"feedback", "1/1/3"}, {"value", "on"}}},
+            {"thermo/objects_list/T/thermo", QJsonObject{{"setpoint", 21.5}, {"season", 1}}},
+            {"notify/user_list/1", QJsonObject{{"name", "door"}, {"message", "open"}}},
+            {"notify/sys_list/2", QJsonObject{{"name", "bus"}, {"message", "lost"}}},
+            {"astronomical", QJsonObject{{"sunset", "17:01"}, {"sunrice", "07:22"}}},
+            {"schedulers/objects_list/S", QJsonObject{{"cron_list", QJsonObject{{"c", QJsonObject{{"counter", 2}}}}}}},
+            {"scenary/objects_list/C", QJsonObject{{"execution", true}}},
+            {"rules/objects_list/R", QJsonObject{{"value", "1"}}},
+            {"drivers/driver_knx/status/B", QJsonObject{{"loop_execution", true}}},
+            {"drivers/driver_knx/interfaces", QJsonArray{QJsonObject{{"id", 1}, {"type", "USB"}}}},
+            {"drivers/knx_mode", QJsonArray{"kdrive"}},
+            {"installation/mqtt_devices/D", QJsonObject{{"name", "plug"}}},
+            {"system/datetime", "2026-11-23T10:15:00"},
+            {"smartbutton", QJsonObject{{"state", "stop"}}},
+        };
+        for (auto const& status : statuses)
+            QVERIFY2(engine()->update(packet("status/DB/realtime/" + status.first, status.second)),
+                     qPrintable(status.first));
+        for (int round = 0; round < 4; ++round)
+            drainEvents();
+        QJsonObject const image = engine()->serialize(true);
+        QCOMPARE(image.value("items").toObject().value("objects_list").toObject().size(), 1);
+        QCOMPARE(image.value("notify").toObject().value("sys_list").toObject().size(), 1);
+
+        QScopedPointer<database::realtime::rt_data_t> back(
+            serializer()->deserialize<database::realtime::rt_data_t*>(image, nullptr));
+        QVERIFY(back);
+        // The system section is never replaced from outside, a file included:
+        // it is the one section that doesn't come back.
+        QCOMPARE(database::utility::compareJdata(back->toJson(), image), QList<QString>{"system"});
+
+        QTemporaryDir dir;
+        QVERIFY(engine()->saveToFile(dir.filePath("realtime.json"), false));
+        realtime_t other{service_t::offline};
+        int result = 0;
+        QVERIFY(!other.loadFromFile(dir.filePath("realtime.json"), 4, result).isEmpty());
+        QJsonObject loaded = other.getJdata();
+        QCOMPARE(loaded.value("system").toObject().value("datetime").toString(), QString());
+        loaded.remove("system");
+        QJsonObject expected = image;
+        expected.remove("system");
+        QCOMPARE(loaded, expected);
+    }
+
     void badFilesLeaveTheTree_data()
     {
         QTest::addColumn<QByteArray>("content");
