@@ -15,6 +15,7 @@
 #include "database/database_t.h"
 #include "database/base/literals.h"
 #include "database/persistent/persistent_t.h"
+#include "database/presencesimulation/presencesimulation_t.h"
 #include "database/realtime/realtime_t.h"
 
 namespace {
@@ -31,7 +32,7 @@ void onUnixSignal(int)
 } // namespace
 
 host_session_t::host_session_t(database::database_t* _database, host_store_t* persistentStore,
-                               host_store_t* realtimeStore, QObject* parent)
+                               host_store_t* realtimeStore, host_store_t* presenceStore, QObject* parent)
     : QObject(parent)
     , database(_database)
 {
@@ -50,15 +51,28 @@ host_session_t::host_session_t(database::database_t* _database, host_store_t* pe
     connect(realtime, &database::realtime::realtime_t::onRealtimeObjectError, this, &host_session_t::onObjectError);
     connectChanges(realtime->getHandlerTopic(), "onRealtimeChange");
 
+    database::presencesimulation::presencesimulation_t* presence = database->getPresenceSimulation();
+    connect(presence, &database::presencesimulation::presencesimulation_t::onPresencesimulationRequest, this,
+            &host_session_t::onRequest);
+    connect(presence, &database::presencesimulation::presencesimulation_t::onPresencesimulationObjectNotExist, this,
+            &host_session_t::onObjectNotExist);
+    connect(presence, &database::presencesimulation::presencesimulation_t::onPresencesimulationObjectError, this,
+            &host_session_t::onObjectError);
+    connectChanges(presence->getHandlerTopic(), "onPresencesimulationChange");
+
     addFile(persistentStore, [persistent] { return persistent->getHash(); },
             [persistent](QString const& path) { return persistent->saveToFile(path, false); });
     addFile(realtimeStore, [realtime] { return realtime->getHash(); },
             [realtime](QString const& path) { return realtime->saveToFile(path, false); });
+    addFile(presenceStore, [presence] { return presence->getHash(); },
+            [presence](QString const& path) { return presence->saveToFile(path, false); });
     // Each database is saved when its own engine asks.
     connect(persistent, &database::persistent::persistent_t::onSaveRequest, this,
             [this] { if (!finished) save(files.at(0)); }, Qt::QueuedConnection);
     connect(realtime, &database::realtime::realtime_t::onSaveRequest, this,
             [this] { if (!finished) save(files.at(1)); }, Qt::QueuedConnection);
+    connect(presence, &database::presencesimulation::presencesimulation_t::onSaveRequest, this,
+            [this] { if (!finished) save(files.at(2)); }, Qt::QueuedConnection);
 }
 
 void host_session_t::addFile(host_store_t* store, std::function<QString()> hash, host_store_t::writer_t write)
@@ -81,7 +95,9 @@ void host_session_t::connectChanges(QObject* router, QByteArray const& prefix)
         QMetaMethod const signal = meta->method(i);
         if (signal.methodType() != QMetaMethod::Signal || !signal.name().startsWith(prefix))
             continue;
-        connect(router, signal, this, signal.parameterCount() == 2 ? keyed : plain);
+        bool const withKey = signal.parameterCount() == 2 && signal.parameterType(1) == QMetaType::QString;
+        // Signals with more arguments (day, hour, minute) reach the plain slot with the packet alone.
+        connect(router, signal, this, withKey ? keyed : plain);
     }
 }
 
@@ -178,10 +194,7 @@ void host_session_t::handleLine(QByteArray const& line)
     }
     bool accepted = false;
     try {
-        QString const topic = packet.value(QStringLiteral("topic")).toString();
-        bool const live = topic.startsWith(database::literals::status_realtime)
-                          || topic.startsWith(database::literals::request_realtime);
-        accepted = live ? database->getRealtime()->update(packet) : database->getPersistent()->update(packet);
+        accepted = route(packet);
     } catch (std::exception const& e) {
         std::fprintf(stderr, "dbhost: line %lld ended in an exception, skipped: %s\n",
                      static_cast<long long>(lineNumber), e.what());
@@ -191,6 +204,17 @@ void host_session_t::handleLine(QByteArray const& line)
     }
     if (!accepted)
         emitLine({{QStringLiteral("event"), QStringLiteral("refused")}, {QStringLiteral("packet"), packet}});
+}
+
+bool host_session_t::route(QJsonObject const& packet)
+{
+    // The database is the third and fourth steps of the topic: "status/DB/realtime/...".
+    QString const base = packet.value(QStringLiteral("topic")).toString().section(QLatin1Char('/'), 2, 2);
+    if (base == QLatin1String("realtime"))
+        return database->getRealtime()->update(packet);
+    if (base == QLatin1String("presencesimulation"))
+        return database->getPresenceSimulation()->update(packet);
+    return database->getPersistent()->update(packet);
 }
 
 void host_session_t::emitLine(QJsonObject const& line)
@@ -285,6 +309,7 @@ void host_session_t::finish()
     finished = true;
     database->getPersistent()->serialize(false);
     database->getRealtime()->serialize(false);
+    database->getPresenceSimulation()->serialize(false);
     saveNow();
     QCoreApplication::quit();
 }

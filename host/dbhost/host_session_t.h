@@ -28,7 +28,7 @@ class host_session_t : public QObject
     Q_OBJECT
 public:
     host_session_t(database::database_t* database, host_store_t* persistentStore, host_store_t* realtimeStore,
-                   QObject* parent = nullptr);
+                   host_store_t* presenceStore, QObject* parent = nullptr);
     ~host_session_t() override;
 
     /// Starts reading standard input; the application quits when the session ends.
@@ -67,6 +67,8 @@ private:
     void connectChanges(QObject* router, QByteArray const& prefix);
     void scheduleNextLine();
     void handleLine(QByteArray const& line);
+    /// Hands the packet to the engine of its topic; false when it refuses it.
+    bool route(QJsonObject const& packet);
     void emitLine(QJsonObject const& line);
     void drainEvents();
     QString changeSignalName() const;

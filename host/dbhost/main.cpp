@@ -16,6 +16,8 @@
 #include "database/persistent/define/ps_knx_mode_t.h"
 #include "database/persistent/persistent_t.h"
 #include "database/default/realtime/rt_default_t.h"
+#include "database/presencesimulation/presencesimulation_t.h"
+#include "database/presencesimulation/psi_data_t.h"
 #include "database/realtime/realtime_t.h"
 #include "database/realtime/rt_data_t.h"
 #include "database/utility/utility.h"
@@ -58,16 +60,18 @@ bool loadPersistent(database::persistent::persistent_t* engine, QString const& p
     return false;
 }
 
-/// Loads a realtime file. A document that doesn't fit the model would give an
-/// empty tree: it counts as unreadable, so that a good backup is used instead.
-bool loadRealtime(database::realtime::realtime_t* engine, QString const& path, int storedMajor)
+/// Loads the file of a database that follows the persistent one (realtime,
+/// presence simulation). A document that doesn't fit the model would leave an
+/// empty or an unchanged tree: it counts as unreadable, so that a good backup
+/// is used instead.
+template<class Tree, class Engine>
+bool loadFollower(Engine* engine, QString const& path, int storedMajor)
 {
     QJsonObject document = engine->readFromFile(path);
     if (document.isEmpty())
         return false;
     try {
-        delete database::utility::getInstance()->serializer()->deserialize<database::realtime::rt_data_t*>(
-            document, nullptr);
+        delete database::utility::getInstance()->serializer()->deserialize<Tree*>(document, nullptr);
     } catch (std::exception const&) {
         return false;
     }
@@ -136,13 +140,19 @@ int main(int argc, char* argv[])
         return fail(QStringLiteral("--backups takes a number from 0 up"));
     host_store_t store(parser.value(data), QStringLiteral("persistent.json"), backupCount);
     host_store_t liveStore(parser.value(data), QStringLiteral("realtime.json"), backupCount);
+    host_store_t presenceStore(parser.value(data), QStringLiteral("presencesimulation.json"), backupCount);
     if (parser.isSet(dumpSection)) {
         QString section = parser.value(dumpSection);
         // "realtime" alone is the whole live database, "realtime/items" one section of it.
-        bool const live = section == QLatin1String("realtime") || section.startsWith(QLatin1String("realtime/"));
-        if (live)
-            section = section.mid(int(qstrlen("realtime/")));
-        return dump(live ? liveStore : store, section == QLatin1String("all") ? QString() : section);
+        host_store_t* dumped = &store;
+        for (auto* other : {&liveStore, &presenceStore}) {
+            QString const name = other->currentPath().section(QLatin1Char('/'), -1).section(QLatin1Char('.'), 0, 0);
+            if (section == name || section.startsWith(name + QLatin1Char('/'))) {
+                dumped = other;
+                section = section.mid(name.size() + 1);
+            }
+        }
+        return dump(*dumped, section == QLatin1String("all") ? QString() : section);
     }
 
     service_t const service(parser.value(role));
@@ -166,12 +176,21 @@ int main(int argc, char* argv[])
     if (!QFileInfo::exists(liveStore.currentPath()))
         database.getRealtime()->update_database(database::realtime::rt_default_t::getInstance()->getJData(service),
                                                 false);
-    liveStore.load([&](QString const& path) { return loadRealtime(database.getRealtime(), path, storedMajor); },
-                   notes);
+    liveStore.load(
+        [&](QString const& path) {
+            return loadFollower<database::realtime::rt_data_t>(database.getRealtime(), path, storedMajor);
+        },
+        notes);
+    presenceStore.load(
+        [&](QString const& path) {
+            return loadFollower<database::presencesimulation::psi_data_t>(database.getPresenceSimulation(), path,
+                                                                        storedMajor);
+        },
+        notes);
     for (QString const& note : std::as_const(notes))
         std::fprintf(stderr, "dbhost: %s\n", qPrintable(note));
 
-    host_session_t session(&database, &store, &liveStore);
+    host_session_t session(&database, &store, &liveStore, &presenceStore);
     session.saveNow(); // the first run leaves the factory database in the folder
     host_session_t::installSignalHandlers();
     session.start();
