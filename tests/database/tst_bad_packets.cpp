@@ -12,6 +12,7 @@
 #include "database/definition/type_brand_t.h"
 #include "database/persistent/persistent_t.h"
 #include "database/realtime/objects/rt_object_thermostat_t.h"
+#include "database/presencesimulation/presencesimulation_t.h"
 #include "database/realtime/realtime_t.h"
 #include "database/utility/utility.h"
 #include "support/log_capture.h"
@@ -56,6 +57,10 @@ public:
             {QStringLiteral(R"(?/?.*)"), {"", "/@w"}},
             {QStringLiteral(R"(/?.*)"), {"", "/@w", "/@w/@w", "/"}},
             {QStringLiteral(R"((\w+))"), {"@k"}},
+            {QStringLiteral(R"(([\w]+))"), {"@k"}},
+            {QStringLiteral(R"(([1-7]))"), {"1", "7"}},
+            {QStringLiteral(R"(([0-9]|[0-1][0-9]|2[0-3]))"), {"0", "9", "23"}},
+            {QStringLiteral(R"(([0-5]?[0-9]))"), {"0", "30", "59"}},
         };
         pattern.remove(0, pattern.startsWith(QLatin1Char('^')) ? 1 : 0);
         pattern.chop(pattern.endsWith(QLatin1Char('$')) ? 1 : 0);
@@ -200,6 +205,20 @@ road_t roadOf(database_t& db, QString const& name)
         };
         return road;
     }
+    if (name == QLatin1String("presencesimulation")) {
+        auto* engine = db.getPresenceSimulation();
+        auto const& routes = engine->getHandlerTopic()->routes(database::presencesimulation::psi_handler_topic_t::Change);
+        road.patterns = routes.patterns() + routes.keyPatterns() + routes.capturePatterns();
+        road.routedShare = 4;
+        road.update = [engine](QJsonObject const& p) { return engine->update(p); };
+        road.image = [engine] { return engine->serialize(true); };
+        road.save = [engine](QString const& path) { return engine->saveToFile(path, true); };
+        road.load = [engine](QString const& path) {
+            int result = 0;
+            return engine->loadFromFile(path, 4, result).isEmpty() || result < 0 ? QJsonObject() : engine->getJdata();
+        };
+        return road;
+    }
     auto* engine = db.getPersistent();
     road.patterns = engine->getHandlerTopic()->routePatterns();
     road.update = [engine](QJsonObject const& p) { return engine->update(p); };
@@ -256,6 +275,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("database");
         QTest::newRow("persistent") << "persistent";
         QTest::newRow("realtime") << "realtime";
+        QTest::newRow("presence simulation") << "presencesimulation";
     }
 
     void everyPatternGivesARoutableTopic()
@@ -268,11 +288,12 @@ private Q_SLOTS:
         for (QString const& pattern : maker.routes()) {
             QString const topic = maker.topicFor(pattern);
             QVERIFY2(!topic.isEmpty(), qPrintable("no topic made for " + pattern));
+            QJsonObject const status = packet("status/DB/" + database + "/" + topic, QJsonValue());
             bool const routed = database == QLatin1String("realtime")
-                                    ? db.getRealtime()->getHandlerTopic()->whoIsStatus(
-                                          packet("status/DB/realtime/" + topic, QJsonValue()), false)
-                                    : db.getPersistent()->getHandlerTopic()->whoIsStatus(
-                                          packet("status/DB/persistent/" + topic, QJsonValue()), false);
+                                    ? db.getRealtime()->getHandlerTopic()->whoIsStatus(status, false)
+                                : database == QLatin1String("presencesimulation")
+                                    ? db.getPresenceSimulation()->getHandlerTopic()->whoIsStatus(status, false)
+                                    : db.getPersistent()->getHandlerTopic()->whoIsStatus(status, false);
             QVERIFY2(routed, qPrintable(topic));
         }
     }
@@ -288,6 +309,9 @@ private Q_SLOTS:
         QTest::newRow("realtime, server") << "realtime" << "server" << 99u;
         QTest::newRow("realtime, client") << "realtime" << "client" << 31337u;
         QTest::newRow("realtime, offline") << "realtime" << "offline" << 2718u;
+        QTest::newRow("presence simulation, server") << "presencesimulation" << "server" << 5u;
+        QTest::newRow("presence simulation, client") << "presencesimulation" << "client" << 55u;
+        QTest::newRow("presence simulation, offline") << "presencesimulation" << "offline" << 555u;
     }
 
     void randomPacketsLeaveAWorkingDatabase()
