@@ -5,6 +5,7 @@
 #include <QRegExp>
 
 #include "database/base/literals.h"
+#include "database/command/command_t.h"
 #include "database/default/persistent/ps_default_t.h"
 #include "database/default/realtime/rt_default_t.h"
 #include "database/definition/type_knx_mode_t.h"
@@ -77,6 +78,9 @@ database_t::database_t(database_t const& other)
     presencesimulation->deserialize(other.presencesimulation->getJdata());
     service = other.service;
     name = other.name;
+    // A copy of the other channel would carry its orders out on the other
+    // façade's engines; a channel of this façade in the same role is its copy.
+    command = new command::command_t(this);
     persistent->setName(name);
     realtime->setName(name);
     createHandlers();
@@ -95,6 +99,7 @@ database_t::~database_t()
     delete persistent;
     delete realtime;
     delete presencesimulation;
+    delete command;
     initrr(false);
 }
 
@@ -111,6 +116,7 @@ void database_t::createEngines()
     persistent = new persistent::persistent_t(service);
     realtime = new realtime::realtime_t(service);
     presencesimulation = new presencesimulation::presencesimulation_t(service);
+    command = new command::command_t(this);
 }
 
 void database_t::createHandlers()
@@ -184,6 +190,8 @@ void database_t::setService(::database::definition::service_t const& _service)
         persistent->setService(service);
     if (realtime)
         realtime->setService(service);
+    if (command)
+        command->setService(service);
     setOfflineHandler();
 }
 
@@ -236,9 +244,11 @@ void database_t::initInternalEvent(bool connect)
 
 void database_t::resetDatabase()
 {
-    // Puts the factory configuration back by the road of every request.
-    if (persistent)
-        persistent->requestSetDB(nullptr);
+    if (!command)
+        return;
+    auto const& all = command::definition::cmd_type_database_reset_t::all;
+    command->getHandlerTopic()->execCommandRequestResetDatabase(command->getData()->getPacketResetDatabase(all),
+                                                                all.ToString());
 }
 
 void database_t::eventOfflineRequest(QJsonObject _packet)

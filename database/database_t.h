@@ -25,6 +25,9 @@ class realtime_t;
 namespace presencesimulation {
 class presencesimulation_t;
 }
+namespace command {
+class command_t;
+}
 namespace rr {
 class rr_base_t;
 }
@@ -57,6 +60,7 @@ public:
     persistent::persistent_t* getPersistent() const;
     realtime::realtime_t* getRealtime() const;
     presencesimulation::presencesimulation_t* getPresenceSimulation() const;
+    command::command_t* getCommand() const { return command; }
 
     /// The outside-service peers by service name; the façade owns them.
     QMap<QString, rr::rr_base_t*> const& get_rr_map() const { return rr; }
@@ -86,6 +90,8 @@ Q_SIGNALS:
     void onSaveRequest();
 
 public Q_SLOTS:
+    /// Puts the three databases back to their defaults through the command
+    /// channel's own order, whatever the role, without going by the host.
     void resetDatabase();
 
 private Q_SLOTS:
@@ -103,6 +109,7 @@ private:
     persistent::persistent_t* persistent = nullptr;
     realtime::realtime_t* realtime = nullptr;
     presencesimulation::presencesimulation_t* presencesimulation = nullptr;
+    command::command_t* command = nullptr;
     QPointer<ps_handler_request_t> ps_handler_request;
     QPointer<ps_handler_status_t> ps_handler_status;
     QPointer<rt_handler_status_t> rt_handler_status;

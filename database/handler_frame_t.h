@@ -41,12 +41,15 @@ public:
     /// consistency check is due, which the caller raises once the lock is gone.
     /// A packet comes from another process and may be anything: nothing it
     /// throws may leave the slot, since the event loop would end the process.
-    /// second, when given, is taken after mutex: the lock order of the engines.
+    /// second and third, when given, are taken after mutex in this order: the
+    /// lock order of the engines.
     template<class Body>
-    bool run(QMutex* mutex, char const* slot, QJsonObject const& packet, Body body, QMutex* second = nullptr) const
+    bool run(QMutex* mutex, char const* slot, QJsonObject const& packet, Body body, QMutex* second = nullptr,
+             QMutex* third = nullptr) const
     {
         QMutexLocker locker(mutex);
         QMutexLocker secondLocker(second);
+        QMutexLocker thirdLocker(third);
         trace(slot, packet);
         try {
             return body();

@@ -1,5 +1,6 @@
 #include "database/rt_handler_request_t.h"
 
+#include "database/command/command_t.h"
 #include "database/database_t.h"
 #include "database/default/persistent/ps_default_t.h"
 #include "database/persistent/persistent_t.h"
@@ -76,8 +77,10 @@ void rt_handler_request_t::onRealtimeRequestDriversKnxMode(QJsonObject _packet)
         return false;
     });
     // The database is rebuilt from the defaults of the new mode.
-    if (reset)
-        database->resetDatabase();
+    if (reset && database->getCommand()) {
+        database->getCommand()->getHandlerTopic()->execCommandRequestResetDatabase(
+            QJsonObject(), command::definition::cmd_type_database_reset_t::all.ToString());
+    }
 }
 
 } // namespace database

@@ -72,7 +72,8 @@ void rr_base_t::whois(QString const& name, QString const& topic, QJsonObject con
             return;
         }
     }
-    Q_EMIT on_update_unknon(topic, packet, local, serviceName);
+    // No expression matched, so there is no capture to pass on.
+    Q_EMIT on_update_unknon(topic, packet, QString(), serviceName);
 }
 
 void rr_base_t::response(QString const& destination, QString const& topic, QJsonObject const& packet)

@@ -38,8 +38,8 @@ public:
     /**
      * Cuts everything in front of name off the topic, then calls the first
      * route, in the order of the expressions' texts, whose expression matches
-     * the rest exactly. When none does, on_update_unknon carries the cut
-     * topic as its last part.
+     * the rest exactly. When none does, on_update_unknon has the same
+     * arguments with an empty last part.
      */
     void whois(QString const& name, QString const& topic, QJsonObject const& packet);
     /// Hands an answer for the service to whoever carries it (the host).

@@ -8,9 +8,10 @@ namespace definition {
 
 namespace {
 
+// A whole packet: its topic is a place to fill as well.
 QJsonObject payloadTemplate(QJsonObject const& content)
 {
-    return QJsonObject{{QStringLiteral("payload"), content}};
+    return QJsonObject{{QStringLiteral("topic"), QStringLiteral("@topic")}, {QStringLiteral("payload"), content}};
 }
 
 } // namespace
