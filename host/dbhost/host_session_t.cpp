@@ -14,6 +14,8 @@
 
 #include "database/database_t.h"
 #include "database/base/literals.h"
+#include "database/command/cmd_handler_topic_t.h"
+#include "database/command/command_t.h"
 #include "database/persistent/persistent_t.h"
 #include "database/presencesimulation/presencesimulation_t.h"
 #include "database/realtime/realtime_t.h"
@@ -59,6 +61,12 @@ host_session_t::host_session_t(database::database_t* _database, host_store_t* pe
     connect(presence, &database::presencesimulation::presencesimulation_t::onPresencesimulationObjectError, this,
             &host_session_t::onObjectError);
     connectChanges(presence->getHandlerTopic(), "onPresencesimulationChange");
+
+    // Commands the library raises go out for delivery like requests.
+    database::command::command_t* command = database->getCommand();
+    connect(command, &database::command::command_t::onCommandRequest, this, &host_session_t::onRequest);
+    connect(command, &database::command::command_t::onCommandObjectNotExist, this, &host_session_t::onObjectNotExist);
+    connect(command, &database::command::command_t::onCommandObjectError, this, &host_session_t::onObjectError);
 
     addFile(persistentStore, [persistent] { return persistent->getHash(); },
             [persistent](QString const& path) { return persistent->saveToFile(path, false); });
@@ -214,7 +222,22 @@ bool host_session_t::route(QJsonObject const& packet)
         return database->getRealtime()->update(packet);
     if (base == QLatin1String("presencesimulation"))
         return database->getPresenceSimulation()->update(packet);
+    if (base == QLatin1String("command"))
+        return routeCommand(packet);
     return database->getPersistent()->update(packet);
+}
+
+bool host_session_t::routeCommand(QJsonObject const& packet)
+{
+    database::command::cmd_handler_topic_t* router = database->getCommand()->getHandlerTopic();
+    if (!router->whoIsRequest(packet, false))
+        return false;
+    // Only an offline process carries orders out itself; the others pass them on.
+    if (database->getService() == database::definition::service_t::offline)
+        router->whoIsRequest(packet, true);
+    else
+        onRequest(packet);
+    return true;
 }
 
 void host_session_t::emitLine(QJsonObject const& line)

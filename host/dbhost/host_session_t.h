@@ -69,6 +69,8 @@ private:
     void handleLine(QByteArray const& line);
     /// Hands the packet to the engine of its topic; false when it refuses it.
     bool route(QJsonObject const& packet);
+    /// A command line: carried out offline, written out for delivery otherwise.
+    bool routeCommand(QJsonObject const& packet);
     void emitLine(QJsonObject const& line);
     void drainEvents();
     QString changeSignalName() const;

@@ -180,6 +180,65 @@ private Q_SLOTS:
         QCOMPARE(QDir(folder).entryList({"realtime.json.corrupt-*"}).size(), 1);
     }
 
+    void commandsResetAndLoadWhatIsSaved()
+    {
+        QTemporaryDir dir;
+        QString const folder = dir.filePath("data");
+        auto const itemsSaved = [&] {
+            return readJson(folder + "/persistent.json").value("items").toObject().value("objects_list").toObject().keys();
+        };
+        QCOMPARE(runHost(folder, itemLine("L1", "Lamp")).exitCode, 0);
+        QCOMPARE(itemsSaved(), QStringList{"L1"});
+        QJsonObject const withLamp = readJson(folder + "/persistent.json");
+
+        // A reset puts the factory database back, on disk too.
+        run_t const reset = runHost(folder, "{\"topic\":\"request/DB/command/reset/all\",\"payload\":{}}\n");
+        QCOMPARE(reset.exitCode, 0);
+        QCOMPARE(itemsSaved(), QStringList());
+
+        // A load puts the given document in place.
+        QJsonObject const load{{"topic", "request/DB/command/persistent/load/database"}, {"payload", withLamp}};
+        QCOMPARE(runHost(folder, QJsonDocument(load).toJson(QJsonDocument::Compact) + '\n').exitCode, 0);
+        QCOMPARE(itemsSaved(), QStringList{"L1"});
+
+        // A bad document changes nothing, not even the file.
+        QFile current(folder + "/persistent.json");
+        QVERIFY(current.open(QIODevice::ReadOnly));
+        QByteArray const before = current.readAll();
+        current.close();
+        QJsonObject newer = withLamp;
+        newer.insert("versions", QJsonObject{{"database", "9.0.0"}});
+        QByteArray input;
+        for (QJsonValue const& payload : {QJsonValue("not a database"), QJsonValue(newer)}) {
+            QJsonObject const bad{{"topic", "request/DB/command/persistent/load/database"}, {"payload", payload}};
+            input += QJsonDocument(bad).toJson(QJsonDocument::Compact) + '\n';
+        }
+        run_t const refused = runHost(folder, input);
+        QCOMPARE(refused.exitCode, 0);
+        int errors = 0;
+        for (QJsonObject const& line : refused.lines)
+            errors += line.value("event").toString() == QLatin1String("error") ? 1 : 0;
+        QCOMPARE(errors, 2);
+        QVERIFY(current.open(QIODevice::ReadOnly));
+        QCOMPARE(current.readAll(), before);
+    }
+
+    void commandsOfAClientGoOutForDelivery()
+    {
+        QTemporaryDir dir;
+        QString const folder = dir.filePath("data");
+        QCOMPARE(runHost(folder, itemLine("L1", "Lamp").replace("request/", "status/"), {"--role", "client"}).exitCode, 0);
+        run_t const run = runHost(folder, "{\"topic\":\"request/DB/command/reset/all\",\"payload\":{}}\n",
+                                  {"--role", "client"});
+        QCOMPARE(run.exitCode, 0);
+        QCOMPARE(run.lines.size(), 1);
+        QCOMPARE(run.lines.first().value("event").toString(), QStringLiteral("request"));
+        QCOMPARE(run.lines.first().value("packet").toObject().value("topic").toString(),
+                 QStringLiteral("request/DB/command/reset/all"));
+        QVERIFY(readJson(folder + "/persistent.json").value("items").toObject().value("objects_list").toObject()
+                    .contains("L1"));
+    }
+
     void killedWhileSavingLeavesALoadableDatabase()
     {
         QTemporaryDir dir;
