@@ -24,6 +24,7 @@
 #include "platform/qjsonserializer/qjsonserializer.h"
 #include "host_application_t.h"
 #include "host_session_t.h"
+#include "host_stdio_link_t.h"
 #include "host_store_t.h"
 #include "platform/logs/classlogs.h"
 
@@ -191,6 +192,8 @@ int main(int argc, char* argv[])
         std::fprintf(stderr, "dbhost: %s\n", qPrintable(note));
 
     host_session_t session(&database, &store, &liveStore, &presenceStore);
+    host_stdio_link_t stdio(false);
+    session.addLink(&stdio);
     session.saveNow(); // the first run leaves the factory database in the folder
     host_session_t::installSignalHandlers();
     session.start();
