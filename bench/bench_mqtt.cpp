@@ -70,7 +70,8 @@ private Q_SLOTS:
         server.start(QStringList{"--role", "server"} + broker.hostArguments("server"));
         dbhost_process_t client(dir.filePath("client"));
         client.start(QStringList{"--role", "client", "--mqtt-client-id", "bench"} + broker.hostArguments("client"));
-        QVERIFY(QTest::qWaitFor([&] { return client.errors.contains("in step with the server"); }, 20000));
+        QVERIFY2(QTest::qWaitFor([&] { return client.errors.contains("in step with the server"); }, 20000),
+                 qPrintable(client.errors + server.errors));
 
         // The database of the installation: 1,000 items, through the same road.
         for (int n = 0; n < items; ++n)
