@@ -1,5 +1,7 @@
 #include "host_mqtt_client_t.h"
 
+#include <QFileInfo>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
@@ -80,6 +82,12 @@ bool host_mqtt_client_t::open(QString& error)
                                        options.password.isNull() ? nullptr : options.password.toUtf8().constData());
         if (rc != MOSQ_ERR_SUCCESS) {
             error = QStringLiteral("user name refused: ") + describe(rc);
+            return false;
+        }
+    }
+    for (QString const& file : {options.caFile, options.certFile, options.keyFile}) {
+        if (!file.isEmpty() && !QFileInfo(file).isReadable()) {
+            error = QStringLiteral("cannot read the TLS file ") + file;
             return false;
         }
     }

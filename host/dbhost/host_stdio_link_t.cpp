@@ -79,8 +79,10 @@ void host_stdio_link_t::processNextLine()
         handleLine(pending);
     pending.clear();
     // Beside a broker the packets come from there: the input may end early.
-    if (!local)
+    if (!local && !stopped) {
+        stopped = true;
         Q_EMIT ended();
+    }
 }
 
 void host_stdio_link_t::handleLine(QByteArray const& line)
