@@ -11,7 +11,8 @@ here="$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)"
 cd "$here"
 build_dir="${BUILD_DIR:-$here/build}"
 
-packages=(g++ cmake ninja-build ccache pkgconf qt6-base-dev qt6-5compat-dev libspdlog-dev)
+packages=(g++ cmake ninja-build ccache pkgconf qt6-base-dev qt6-5compat-dev libspdlog-dev
+          libmosquitto-dev mosquitto mosquitto-clients openssl)
 
 ensure_packages() {
     local missing=() p

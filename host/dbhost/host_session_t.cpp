@@ -2,13 +2,11 @@
 
 #include <QCoreApplication>
 #include <QFile>
-#include <QJsonDocument>
 #include <QMetaMethod>
 
 #include <csignal>
 #include <exception>
 #include <cstdio>
-#include <fcntl.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -44,14 +42,14 @@ host_session_t::host_session_t(database::database_t* _database, host_store_t* pe
             &host_session_t::onObjectNotExist);
     connect(persistent, &database::persistent::persistent_t::onPersistentObjectError, this,
             &host_session_t::onObjectError);
-    connectChanges(persistent->getHandlerTopic(), "onPersistentChange");
+    connectChanges(persistent->getHandlerTopic(), "onPersistentChange", QStringLiteral("persistent"));
 
     database::realtime::realtime_t* realtime = database->getRealtime();
     connect(realtime, &database::realtime::realtime_t::onRealtimeRequest, this, &host_session_t::onRequest);
     connect(realtime, &database::realtime::realtime_t::onRealtimeObjectNotExist, this,
             &host_session_t::onObjectNotExist);
     connect(realtime, &database::realtime::realtime_t::onRealtimeObjectError, this, &host_session_t::onObjectError);
-    connectChanges(realtime->getHandlerTopic(), "onRealtimeChange");
+    connectChanges(realtime->getHandlerTopic(), "onRealtimeChange", QStringLiteral("realtime"));
 
     database::presencesimulation::presencesimulation_t* presence = database->getPresenceSimulation();
     connect(presence, &database::presencesimulation::presencesimulation_t::onPresencesimulationRequest, this,
@@ -60,7 +58,7 @@ host_session_t::host_session_t(database::database_t* _database, host_store_t* pe
             &host_session_t::onObjectNotExist);
     connect(presence, &database::presencesimulation::presencesimulation_t::onPresencesimulationObjectError, this,
             &host_session_t::onObjectError);
-    connectChanges(presence->getHandlerTopic(), "onPresencesimulationChange");
+    connectChanges(presence->getHandlerTopic(), "onPresencesimulationChange", QStringLiteral("presencesimulation"));
 
     // Commands the library raises go out for delivery like requests.
     database::command::command_t* command = database->getCommand();
@@ -93,8 +91,9 @@ void host_session_t::addFile(host_store_t* store, std::function<QString()> hash,
     files.push_back(std::move(file));
 }
 
-void host_session_t::connectChanges(QObject* router, QByteArray const& prefix)
+void host_session_t::connectChanges(QObject* router, QByteArray const& prefix, QString const& databaseName)
 {
+    routerDatabases.insert(router, databaseName);
     // Every change signal of the router, whatever its section: one line each.
     QMetaObject const* meta = router->metaObject();
     QMetaMethod const plain = metaObject()->method(metaObject()->indexOfSlot("onChange(QJsonObject)"));
@@ -122,96 +121,38 @@ bool host_session_t::installSignalHandlers()
     return ::sigaction(SIGINT, &action, nullptr) == 0 && ::sigaction(SIGTERM, &action, nullptr) == 0;
 }
 
+void host_session_t::addLink(host_link_t* link)
+{
+    links.append(link);
+    connect(link, &host_link_t::packetArrived, this, &host_session_t::handlePacket);
+    connect(link, &host_link_t::requestMade, this, &host_session_t::onRequest);
+    connect(link, &host_link_t::ended, this, &host_session_t::finish);
+}
+
 void host_session_t::start()
 {
     if (signalPipe[1] >= 0) {
         signalNotifier = new QSocketNotifier(signalPipe[1], QSocketNotifier::Read, this);
         connect(signalNotifier, &QSocketNotifier::activated, this, &host_session_t::onSignal);
     }
-    ::fcntl(STDIN_FILENO, F_SETFL, ::fcntl(STDIN_FILENO, F_GETFL) | O_NONBLOCK);
-    input = new QSocketNotifier(STDIN_FILENO, QSocketNotifier::Read, this);
-    connect(input, &QSocketNotifier::activated, this, &host_session_t::readInput);
-    // A regular file never signals readiness again after the first time on
-    // some platforms: read what is there at once.
-    QMetaObject::invokeMethod(this, &host_session_t::readInput, Qt::QueuedConnection);
+    for (host_link_t* link : std::as_const(links))
+        link->start();
 }
 
-void host_session_t::readInput()
+void host_session_t::handlePacket(QJsonObject packet, QString origin)
 {
-    char buffer[65536];
-    for (;;) {
-        ssize_t const got = ::read(STDIN_FILENO, buffer, sizeof buffer);
-        if (got > 0) {
-            pending.append(buffer, got);
-            continue;
-        }
-        if (got == 0) {
-            inputEnded = true;
-            input->setEnabled(false);
-        }
-        break; // EAGAIN: wait for the notifier
-    }
-    scheduleNextLine();
-}
-
-void host_session_t::scheduleNextLine()
-{
-    if (lineScheduled || finished)
+    if (finished)
         return;
-    lineScheduled = true;
-    QMetaObject::invokeMethod(this, &host_session_t::processNextLine, Qt::QueuedConnection);
-}
-
-void host_session_t::processNextLine()
-{
-    lineScheduled = false;
-    // One line per turn of the event loop: the packets of a long input are
-    // applied, published and saved as they come, not all at its end.
-    qsizetype const end = pending.indexOf('\n');
-    if (end >= 0) {
-        QByteArray const line = pending.left(end);
-        pending.remove(0, end + 1);
-        handleLine(line);
-        scheduleNextLine();
-        return;
-    }
-    if (!inputEnded)
-        return;
-    // End of input: a last line without its newline still counts.
-    if (!pending.trimmed().isEmpty())
-        handleLine(pending);
-    pending.clear();
-    finish();
-}
-
-void host_session_t::handleLine(QByteArray const& line)
-{
-    ++lineNumber;
-    if (line.trimmed().isEmpty())
-        return;
-    QJsonParseError error;
-    QJsonDocument const document = QJsonDocument::fromJson(line, &error);
-    if (error.error != QJsonParseError::NoError || !document.isObject()) {
-        std::fprintf(stderr, "dbhost: line %lld is not a JSON object, skipped\n", static_cast<long long>(lineNumber));
-        return;
-    }
-    QJsonObject const packet = document.object();
-    if (!packet.value(QStringLiteral("topic")).isString()) {
-        std::fprintf(stderr, "dbhost: line %lld has no topic, skipped\n", static_cast<long long>(lineNumber));
-        return;
-    }
     bool accepted = false;
     try {
         accepted = route(packet);
     } catch (std::exception const& e) {
-        std::fprintf(stderr, "dbhost: line %lld ended in an exception, skipped: %s\n",
-                     static_cast<long long>(lineNumber), e.what());
+        std::fprintf(stderr, "dbhost: %s ended in an exception, skipped: %s\n", qPrintable(origin), e.what());
     } catch (...) {
-        std::fprintf(stderr, "dbhost: line %lld ended in an unknown exception, skipped\n",
-                     static_cast<long long>(lineNumber));
+        std::fprintf(stderr, "dbhost: %s ended in an unknown exception, skipped\n", qPrintable(origin));
     }
     if (!accepted)
-        emitLine({{QStringLiteral("event"), QStringLiteral("refused")}, {QStringLiteral("packet"), packet}});
+        reportProblem(QStringLiteral("refused"), packet);
 }
 
 bool host_session_t::route(QJsonObject const& packet)
@@ -240,12 +181,10 @@ bool host_session_t::routeCommand(QJsonObject const& packet)
     return true;
 }
 
-void host_session_t::emitLine(QJsonObject const& line)
+void host_session_t::reportProblem(QString const& event, QJsonObject const& packet, QString const& message)
 {
-    QByteArray const text = QJsonDocument(line).toJson(QJsonDocument::Compact);
-    std::fwrite(text.constData(), 1, size_t(text.size()), stdout);
-    std::fputc('\n', stdout);
-    std::fflush(stdout);
+    for (host_link_t* link : std::as_const(links))
+        link->reportProblem(event, packet, message);
 }
 
 QString host_session_t::changeSignalName() const
@@ -256,34 +195,31 @@ QString host_session_t::changeSignalName() const
 
 void host_session_t::onChange(QJsonObject _packet)
 {
-    emitLine({{QStringLiteral("event"), QStringLiteral("change")},
-              {QStringLiteral("signal"), changeSignalName()},
-              {QStringLiteral("packet"), _packet}});
+    onChangeKey(_packet, QString());
 }
 
 void host_session_t::onChangeKey(QJsonObject _packet, QString _key)
 {
-    emitLine({{QStringLiteral("event"), QStringLiteral("change")},
-              {QStringLiteral("signal"), changeSignalName()},
-              {QStringLiteral("key"), _key},
-              {QStringLiteral("packet"), _packet}});
+    QString const databaseName = routerDatabases.value(sender());
+    QString const signal = changeSignalName();
+    for (host_link_t* link : std::as_const(links))
+        link->reportChange(databaseName, signal, _key, _packet);
 }
 
 void host_session_t::onRequest(QJsonObject _packet)
 {
-    emitLine({{QStringLiteral("event"), QStringLiteral("request")}, {QStringLiteral("packet"), _packet}});
+    for (host_link_t* link : std::as_const(links))
+        link->forwardRequest(_packet);
 }
 
 void host_session_t::onObjectNotExist(QJsonObject _packet)
 {
-    emitLine({{QStringLiteral("event"), QStringLiteral("not_exist")}, {QStringLiteral("packet"), _packet}});
+    reportProblem(QStringLiteral("not_exist"), _packet);
 }
 
 void host_session_t::onObjectError(QJsonObject _packet, QString _message)
 {
-    emitLine({{QStringLiteral("event"), QStringLiteral("error")},
-              {QStringLiteral("message"), _message},
-              {QStringLiteral("packet"), _packet}});
+    reportProblem(QStringLiteral("error"), _packet, _message);
 }
 
 void host_session_t::saveNow()
@@ -326,13 +262,13 @@ void host_session_t::finish()
 {
     if (finished)
         return;
-    if (input)
-        input->setEnabled(false);
     drainEvents();
     finished = true;
     database->getPersistent()->serialize(false);
     database->getRealtime()->serialize(false);
     database->getPresenceSimulation()->serialize(false);
     saveNow();
+    for (host_link_t* link : std::as_const(links))
+        link->stop();
     QCoreApplication::quit();
 }

@@ -1,15 +1,17 @@
 #ifndef HOST_DBHOST_HOST_SESSION_T_H
 #define HOST_DBHOST_HOST_SESSION_T_H
 
+#include <QHash>
 #include <QJsonObject>
+#include <QList>
 #include <QObject>
 #include <QSocketNotifier>
 #include <QString>
-#include <QTextStream>
 
 #include <functional>
 #include <vector>
 
+#include "host_link_t.h"
 #include "host_store_t.h"
 
 namespace database {
@@ -17,11 +19,11 @@ class database_t;
 }
 
 /**
- * One run of the host: packets arrive as JSON lines on standard input and go
- * to the engine of their topic; what the library gives its host (requests to
- * forward, change signals, refusals) leaves as JSON lines on standard output.
+ * One run of the host: packets arrive by its links (standard input, a
+ * broker) and go to the engine of their topic; what the library gives its
+ * host (requests to forward, change signals, refusals) goes to every link.
  * Each database is saved to its own file on its engine's save requests, and a
- * last time on end of input or on SIGINT/SIGTERM.
+ * last time when a link ends or on SIGINT/SIGTERM.
  */
 class host_session_t : public QObject
 {
@@ -31,7 +33,9 @@ public:
                    host_store_t* presenceStore, QObject* parent = nullptr);
     ~host_session_t() override;
 
-    /// Starts reading standard input; the application quits when the session ends.
+    /// A road for packets; the session doesn't own it. Add links before start().
+    void addLink(host_link_t* link);
+    /// Starts the links; the application quits when the session ends.
     void start();
     /// Routes SIGINT and SIGTERM to an orderly end; call once, before start().
     static bool installSignalHandlers();
@@ -44,8 +48,7 @@ public Q_SLOTS:
     void finish();
 
 private Q_SLOTS:
-    void readInput();
-    void processNextLine();
+    void handlePacket(QJsonObject packet, QString origin);
     void onSignal();
     void onChange(QJsonObject _packet);
     void onChangeKey(QJsonObject _packet, QString _key);
@@ -64,27 +67,23 @@ private:
 
     void addFile(host_store_t* store, std::function<QString()> hash, host_store_t::writer_t write);
     void save(saved_file_t& file);
-    void connectChanges(QObject* router, QByteArray const& prefix);
-    void scheduleNextLine();
-    void handleLine(QByteArray const& line);
+    void connectChanges(QObject* router, QByteArray const& prefix, QString const& databaseName);
     /// Hands the packet to the engine of its topic; false when it refuses it.
     bool route(QJsonObject const& packet);
     /// A command line: carried out offline, written out for delivery otherwise.
     bool routeCommand(QJsonObject const& packet);
-    void emitLine(QJsonObject const& line);
+    void reportProblem(QString const& event, QJsonObject const& packet, QString const& message = QString());
     void drainEvents();
     QString changeSignalName() const;
 
     database::database_t* database = nullptr;
     std::vector<saved_file_t> files;
-    QSocketNotifier* input = nullptr;
+    QList<host_link_t*> links;
+    /// The database of each topic router, for the changes it signals.
+    QHash<QObject const*, QString> routerDatabases;
     QSocketNotifier* signalNotifier = nullptr;
-    QByteArray pending;
-    qint64 lineNumber = 0;
     int saves = 0;
     bool finished = false;
-    bool inputEnded = false;
-    bool lineScheduled = false;
 };
 
 #endif // HOST_DBHOST_HOST_SESSION_T_H

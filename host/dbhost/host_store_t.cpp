@@ -5,6 +5,7 @@
 #include <QJsonObject>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 host_store_t::host_store_t(QString const& path, QString const& _fileName, int _backups)
@@ -103,6 +104,13 @@ bool host_store_t::save(writer_t const& write, QString& error)
 {
     QString const temporary = temporaryPath();
     QString const current = currentPath();
+    // The databases hold users' PINs and mail passwords: only the owner reads
+    // them. The file is made private before the image goes in.
+    int const fd = ::open(QFile::encodeName(temporary).constData(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+    if (fd >= 0) {
+        ::fchmod(fd, 0600);
+        ::close(fd);
+    }
     if (!write(temporary)) {
         error = QStringLiteral("cannot write ") + temporary;
         QFile::remove(temporary);

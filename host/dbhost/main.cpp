@@ -1,5 +1,6 @@
-// The host of the library for one process: it keeps the persistent database in
-// a data folder and talks packets as JSON lines on standard input and output.
+// The host of the library for one process: it keeps the databases in a data
+// folder and talks packets as JSON lines on standard input and output, or
+// through an MQTT broker with the other processes of the installation.
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -9,6 +10,7 @@
 #include <QJsonObject>
 
 #include <cstdio>
+#include <memory>
 
 #include "database/database_t.h"
 #include "database/definition/service_t.h"
@@ -23,7 +25,9 @@
 #include "database/utility/utility.h"
 #include "platform/qjsonserializer/qjsonserializer.h"
 #include "host_application_t.h"
+#include "host_mqtt_link_t.h"
 #include "host_session_t.h"
+#include "host_stdio_link_t.h"
 #include "host_store_t.h"
 #include "platform/logs/classlogs.h"
 
@@ -79,6 +83,25 @@ bool loadFollower(Engine* engine, QString const& path, int storedMajor)
     return !engine->loadFromJson(document, storedMajor, result).isEmpty() && result >= 0 && engine->getData();
 }
 
+/// Reads "HOST[:PORT]" (or "[v6 address]:PORT"); false when the port isn't a number.
+bool parseBroker(QString const& text, host_mqtt_client_t::options_t& options)
+{
+    QString host = text;
+    int const colon = int(text.lastIndexOf(QLatin1Char(':')));
+    bool const bracketed = text.startsWith(QLatin1Char('['));
+    if (colon > 0 && (bracketed ? text.at(colon - 1) == QLatin1Char(']') : text.count(QLatin1Char(':')) == 1)) {
+        bool ok = false;
+        options.port = text.mid(colon + 1).toInt(&ok);
+        if (!ok || options.port <= 0 || options.port > 65535)
+            return false;
+        host = text.left(colon);
+    }
+    if (bracketed)
+        host = host.mid(1, host.size() - 2);
+    options.host = host;
+    return !host.isEmpty();
+}
+
 /// Prints one section of the stored file, or all of it: a look at what was saved.
 int dump(host_store_t const& store, QString const& section)
 {
@@ -126,7 +149,32 @@ int main(int argc, char* argv[])
                                                         "everything; \"realtime/<section>\" or \"realtime\" "
                                                         "for the live one) and leave."),
                                          QStringLiteral("section"));
-    parser.addOptions({role, brand, knxMode, data, backups, logLevel, dumpSection});
+    QCommandLineOption const mqtt(QStringLiteral("mqtt"),
+                                  QStringLiteral("Talk with the other processes through the MQTT broker at HOST[:PORT] "
+                                                 "(port 1883 by default) instead of standard input; standard input "
+                                                 "then carries this process's own packets."),
+                                  QStringLiteral("host[:port]"));
+    QCommandLineOption const mqttClientId(
+        QStringLiteral("mqtt-client-id"),
+        QStringLiteral("MQTT client id (dbhost-server, or dbhost-client-<host>-<pid>)."), QStringLiteral("id"));
+    QCommandLineOption const mqttUser(QStringLiteral("mqtt-user"), QStringLiteral("User name at the broker."),
+                                      QStringLiteral("name"));
+    QCommandLineOption const mqttPasswordFile(QStringLiteral("mqtt-password-file"),
+                                              QStringLiteral("File whose first line is the password at the broker."),
+                                              QStringLiteral("file"));
+    QCommandLineOption const mqttCaFile(QStringLiteral("mqtt-cafile"),
+                                        QStringLiteral("CA certificate of the broker: talk TLS."),
+                                        QStringLiteral("file"));
+    QCommandLineOption const mqttCert(QStringLiteral("mqtt-cert"), QStringLiteral("Client certificate for TLS."),
+                                      QStringLiteral("file"));
+    QCommandLineOption const mqttKey(QStringLiteral("mqtt-key"), QStringLiteral("Key of the client certificate."),
+                                     QStringLiteral("file"));
+    QCommandLineOption const mqttPrefix(QStringLiteral("mqtt-prefix"),
+                                        QStringLiteral("Topic prefix of this installation (none by default), so that "
+                                                       "several share a broker."),
+                                        QStringLiteral("prefix"));
+    parser.addOptions({role, brand, knxMode, data, backups, logLevel, dumpSection, mqtt, mqttClientId, mqttUser,
+                       mqttPasswordFile, mqttCaFile, mqttCert, mqttKey, mqttPrefix});
     parser.process(app);
 
     bool ok = false;
@@ -163,6 +211,25 @@ int main(int argc, char* argv[])
     if (mode != ps_knx_mode_t::kdrive && mode != ps_knx_mode_t::baos && mode != ps_knx_mode_t::automatic)
         return fail(QStringLiteral("unknown KNX mode ") + parser.value(knxMode));
 
+    host_mqtt_client_t::options_t broker;
+    if (parser.isSet(mqtt)) {
+        if (service == service_t::offline)
+            return fail(QStringLiteral("--mqtt needs --role server or client"));
+        if (!parseBroker(parser.value(mqtt), broker))
+            return fail(QStringLiteral("--mqtt takes HOST[:PORT]"));
+        broker.clientId = parser.value(mqttClientId);
+        broker.user = parser.value(mqttUser);
+        if (parser.isSet(mqttPasswordFile)) {
+            QFile file(parser.value(mqttPasswordFile));
+            if (!file.open(QIODevice::ReadOnly))
+                return fail(QStringLiteral("cannot read the password file ") + file.fileName());
+            broker.password = QString::fromUtf8(file.readLine()).remove(QLatin1Char('\n')).remove(QLatin1Char('\r'));
+        }
+        broker.caFile = parser.value(mqttCaFile);
+        broker.certFile = parser.value(mqttCert);
+        broker.keyFile = parser.value(mqttKey);
+    }
+
     QString error;
     if (!store.prepare(error))
         return fail(error);
@@ -191,6 +258,17 @@ int main(int argc, char* argv[])
         std::fprintf(stderr, "dbhost: %s\n", qPrintable(note));
 
     host_session_t session(&database, &store, &liveStore, &presenceStore);
+    // Beside a broker, standard input is this process's own: its end ends nothing.
+    host_stdio_link_t stdio(parser.isSet(mqtt));
+    session.addLink(&stdio);
+    std::unique_ptr<host_mqtt_link_t> network;
+    if (parser.isSet(mqtt)) {
+        network = std::make_unique<host_mqtt_link_t>(service == service_t::server, parser.value(mqttPrefix), broker,
+                                                     &database);
+        if (!network->open(error))
+            return fail(error);
+        session.addLink(network.get());
+    }
     session.saveNow(); // the first run leaves the factory database in the folder
     host_session_t::installSignalHandlers();
     session.start();

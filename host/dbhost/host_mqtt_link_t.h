@@ -1,0 +1,94 @@
+#ifndef HOST_DBHOST_HOST_MQTT_LINK_T_H
+#define HOST_DBHOST_HOST_MQTT_LINK_T_H
+
+#include <QByteArray>
+#include <QJsonValue>
+#include <QList>
+#include <QMap>
+#include <QSet>
+#include <QString>
+#include <QTimer>
+
+#include <deque>
+
+#include "host_link_t.h"
+#include "host_mqtt_client_t.h"
+#include "host_sync_t.h"
+
+/**
+ * The roads of one process through an MQTT broker. The topic of a message is
+ * the packet's topic after an optional prefix, its body the payload as
+ * compact JSON. The server takes the requests of every database and publishes
+ * each change as the status of what changed; a client publishes its requests
+ * and follows the status. Live values that drivers publish reach every
+ * process. A client compares the hashes of its sections with the server's
+ * whenever it or the server comes (back) online, and takes over what differs.
+ */
+class host_mqtt_link_t : public host_link_t
+{
+    Q_OBJECT
+public:
+    /// The MQTT 5 user property that names a request once, so that one
+    /// delivered again after a reconnection is not applied twice.
+    static QString const requestIdProperty;
+
+    host_mqtt_link_t(bool server, QString const& prefix, host_mqtt_client_t::options_t options,
+                     database::database_t* database, QObject* parent = nullptr);
+
+    /// Checks the options and starts connecting; false with a reason (bad
+    /// client id, unreadable TLS files, ...).
+    bool open(QString& error);
+
+    void start() override;
+    void stop() override;
+    void forwardRequest(QJsonObject const& packet) override;
+    void reportChange(QString const& database, QString const& signal, QString const& key,
+                      QJsonObject const& packet) override;
+    void reportProblem(QString const& event, QJsonObject const& packet, QString const& message) override;
+
+    /// The body of a message: compact JSON of any value, "null" for none.
+    static QByteArray encode(QJsonValue const& value);
+    /// Reads a body back; an empty body is null, as a removal.
+    static bool decode(QByteArray const& body, QJsonValue& value);
+
+private Q_SLOTS:
+    void onConnected();
+    void onDisconnected();
+    void onMessage(QString topic, QByteArray payload, QMap<QString, QString> properties);
+
+private:
+    struct request_t {
+        QJsonObject packet;
+        QString id;
+    };
+
+    void handleSync(QString const& topic, QByteArray const& payload);
+    void publishPresence(bool online);
+    void flushRequests();
+    /// Client: sends its hashes, because the server is (back) online or
+    /// because the status has been quiet for a while.
+    void askForSections(bool online);
+    /// Server: false when the request id was seen already.
+    bool firstTime(QString const& id);
+
+    bool server = false;
+    QString prefix;
+    host_mqtt_client_t client;
+    QString clientId;
+    host_sync_t sync;
+    QString instance;
+    quint64 sequence = 0;
+    /// Client: requests waiting for the broker and the server.
+    std::deque<request_t> waiting;
+    bool serverOnline = false;
+    bool warnedFull = false;
+    /// Client: why each comparison still unanswered was asked (true: online).
+    std::deque<bool> asked;
+    /// Client: compares hashes again once the status has been quiet for a while.
+    QTimer recheck;
+    /// Server: the ids of the requests applied lately, oldest first.
+    QSet<QString> seen;
+    std::deque<QString> seenOrder;
+};
+
+#endif // HOST_DBHOST_HOST_MQTT_LINK_T_H

@@ -1,0 +1,140 @@
+#include "host_stdio_link_t.h"
+
+#include <QJsonDocument>
+
+#include <cstdio>
+#include <fcntl.h>
+#include <unistd.h>
+
+host_stdio_link_t::host_stdio_link_t(bool _local, QObject* parent)
+    : host_link_t(parent)
+    , local(_local)
+{
+}
+
+void host_stdio_link_t::start()
+{
+    ::fcntl(STDIN_FILENO, F_SETFL, ::fcntl(STDIN_FILENO, F_GETFL) | O_NONBLOCK);
+    input = new QSocketNotifier(STDIN_FILENO, QSocketNotifier::Read, this);
+    connect(input, &QSocketNotifier::activated, this, &host_stdio_link_t::readInput);
+    // A regular file never signals readiness again after the first time on
+    // some platforms: read what is there at once.
+    QMetaObject::invokeMethod(this, &host_stdio_link_t::readInput, Qt::QueuedConnection);
+}
+
+void host_stdio_link_t::stop()
+{
+    stopped = true;
+    if (input)
+        input->setEnabled(false);
+}
+
+void host_stdio_link_t::readInput()
+{
+    if (stopped || inputEnded)
+        return;
+    char buffer[65536];
+    for (;;) {
+        ssize_t const got = ::read(STDIN_FILENO, buffer, sizeof buffer);
+        if (got > 0) {
+            pending.append(buffer, got);
+            continue;
+        }
+        if (got == 0) {
+            inputEnded = true;
+            input->setEnabled(false);
+        }
+        break; // EAGAIN: wait for the notifier
+    }
+    scheduleNextLine();
+}
+
+void host_stdio_link_t::scheduleNextLine()
+{
+    if (lineScheduled || stopped)
+        return;
+    lineScheduled = true;
+    QMetaObject::invokeMethod(this, &host_stdio_link_t::processNextLine, Qt::QueuedConnection);
+}
+
+void host_stdio_link_t::processNextLine()
+{
+    lineScheduled = false;
+    if (stopped)
+        return;
+    // One line per turn of the event loop: the packets of a long input are
+    // applied, published and saved as they come, not all at its end.
+    qsizetype const end = pending.indexOf('\n');
+    if (end >= 0) {
+        QByteArray const line = pending.left(end);
+        pending.remove(0, end + 1);
+        handleLine(line);
+        scheduleNextLine();
+        return;
+    }
+    if (!inputEnded)
+        return;
+    // End of input: a last line without its newline still counts.
+    if (!pending.trimmed().isEmpty())
+        handleLine(pending);
+    pending.clear();
+    // Beside a broker the packets come from there: the input may end early.
+    if (!local && !stopped) {
+        stopped = true;
+        Q_EMIT ended();
+    }
+}
+
+void host_stdio_link_t::handleLine(QByteArray const& line)
+{
+    ++lineNumber;
+    if (line.trimmed().isEmpty())
+        return;
+    QJsonParseError error;
+    QJsonDocument const document = QJsonDocument::fromJson(line, &error);
+    if (error.error != QJsonParseError::NoError || !document.isObject()) {
+        std::fprintf(stderr, "dbhost: line %lld is not a JSON object, skipped\n", static_cast<long long>(lineNumber));
+        return;
+    }
+    QJsonObject const packet = document.object();
+    if (!packet.value(QStringLiteral("topic")).isString()) {
+        std::fprintf(stderr, "dbhost: line %lld has no topic, skipped\n", static_cast<long long>(lineNumber));
+        return;
+    }
+    if (local && packet.value(QStringLiteral("topic")).toString().startsWith(QLatin1String("request/")))
+        Q_EMIT requestMade(packet);
+    else
+        Q_EMIT packetArrived(packet, QStringLiteral("line %1").arg(lineNumber));
+}
+
+void host_stdio_link_t::writeLine(QJsonObject const& line)
+{
+    QByteArray const text = QJsonDocument(line).toJson(QJsonDocument::Compact);
+    std::fwrite(text.constData(), 1, size_t(text.size()), stdout);
+    std::fputc('\n', stdout);
+    std::fflush(stdout);
+}
+
+void host_stdio_link_t::forwardRequest(QJsonObject const& packet)
+{
+    writeLine({{QStringLiteral("event"), QStringLiteral("request")}, {QStringLiteral("packet"), packet}});
+}
+
+void host_stdio_link_t::reportChange(QString const&, QString const& signal, QString const& key,
+                                     QJsonObject const& packet)
+{
+    QJsonObject line{{QStringLiteral("event"), QStringLiteral("change")},
+                     {QStringLiteral("signal"), signal},
+                     {QStringLiteral("packet"), packet}};
+    if (!key.isNull())
+        line.insert(QStringLiteral("key"), key);
+    writeLine(line);
+}
+
+void host_stdio_link_t::reportProblem(QString const& event, QJsonObject const& packet, QString const& message)
+{
+    QJsonObject line{{QStringLiteral("event"), event}, {QStringLiteral("packet"), packet}};
+    if (event == QLatin1String("error"))
+        line.insert(QStringLiteral("message"), message);
+    writeLine(line);
+}

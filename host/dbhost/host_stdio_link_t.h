@@ -1,0 +1,47 @@
+#ifndef HOST_DBHOST_HOST_STDIO_LINK_T_H
+#define HOST_DBHOST_HOST_STDIO_LINK_T_H
+
+#include <QByteArray>
+#include <QSocketNotifier>
+
+#include "host_link_t.h"
+
+/**
+ * Packets as JSON lines on standard input; what the library gives the host as
+ * JSON lines on standard output. Alone, it is the host's only road: lines are
+ * packets from the other processes and the end of input ends the session.
+ * Beside a broker it is local: request lines are this process's own requests
+ * and go the way of the engines' requests, and the end of input ends nothing.
+ */
+class host_stdio_link_t : public host_link_t
+{
+    Q_OBJECT
+public:
+    explicit host_stdio_link_t(bool local, QObject* parent = nullptr);
+
+    void start() override;
+    void stop() override;
+    void forwardRequest(QJsonObject const& packet) override;
+    void reportChange(QString const& database, QString const& signal, QString const& key,
+                      QJsonObject const& packet) override;
+    void reportProblem(QString const& event, QJsonObject const& packet, QString const& message) override;
+
+private Q_SLOTS:
+    void readInput();
+    void processNextLine();
+
+private:
+    void scheduleNextLine();
+    void handleLine(QByteArray const& line);
+    static void writeLine(QJsonObject const& line);
+
+    bool local = false;
+    QSocketNotifier* input = nullptr;
+    QByteArray pending;
+    qint64 lineNumber = 0;
+    bool inputEnded = false;
+    bool lineScheduled = false;
+    bool stopped = false;
+};
+
+#endif // HOST_DBHOST_HOST_STDIO_LINK_T_H

@@ -1,0 +1,483 @@
+#include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <map>
+#include <memory>
+#include <sys/stat.h>
+
+#include "support/dbhost_packets.h"
+#include "support/dbhost_process.h"
+#include "support/mqtt_broker.h"
+
+namespace {
+
+QStringList const databases{"persistent", "realtime", "presencesimulation"};
+
+QJsonObject readJson(QString const& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object() : QJsonObject();
+}
+
+/// The keys of the items in a host's saved configuration.
+QStringList itemKeys(dbhost_process_t const& host)
+{
+    QJsonObject const items = readJson(host.folder() + "/persistent.json").value("items").toObject();
+    return items.value("objects_list").toObject().keys();
+}
+
+QString liveValue(dbhost_process_t const& host, QString const& key)
+{
+    QString value;
+    for (auto const& line : host.lines) {
+        if (line.json.value("signal").toString() == QLatin1String("onRealtimeChangeItem")
+            && line.json.value("key").toString() == key)
+            value = line.json.value("packet").toObject().value("payload").toObject().value("value").toString();
+    }
+    return value;
+}
+
+/// A broker, a server and clients named by their client id, each a real process.
+struct installation_t {
+    QTemporaryDir dir;
+    std::unique_ptr<mqtt_broker_t> broker;
+    std::unique_ptr<dbhost_process_t> server;
+    std::map<QString, std::unique_ptr<dbhost_process_t>> clients;
+
+    bool start(QStringList const& clientIds, bool tls, QString& why)
+    {
+        QDir(dir.path()).mkpath("broker");
+        broker = std::make_unique<mqtt_broker_t>(dir.filePath("broker"), tls);
+        if (!broker->start(why))
+            return false;
+        startServer();
+        for (QString const& id : clientIds) {
+            if (!startClient(id)) {
+                why = id + " did not get in step: " + clients.at(id)->errors;
+                return false;
+            }
+        }
+        return true;
+    }
+
+    void startServer()
+    {
+        server = std::make_unique<dbhost_process_t>(dir.filePath("server"));
+        server->start(QStringList{"--role", "server"} + broker->hostArguments("server"));
+    }
+
+    /// Starts (or starts again) a client on its folder and waits until it has compared its hashes.
+    bool startClient(QString const& id)
+    {
+        auto& client = clients[id];
+        client = std::make_unique<dbhost_process_t>(dir.filePath(id));
+        client->start(QStringList{"--role", "client", "--mqtt-client-id", id} + broker->hostArguments("client"));
+        return QTest::qWaitFor([&] { return client->errors.contains("in step with the server"); }, 20000);
+    }
+
+    dbhost_process_t& client(QString const& id) { return *clients.at(id); }
+
+    QList<dbhost_process_t*> hosts()
+    {
+        QList<dbhost_process_t*> all{server.get()};
+        for (auto& [id, client] : clients)
+            all.append(client.get());
+        return all;
+    }
+
+    /// Every host has seen a change of this signal and key.
+    bool allSaw(QString const& signal, QString const& key, int ms = 20000)
+    {
+        return QTest::qWaitFor(
+            [&] {
+                for (dbhost_process_t* host : hosts()) {
+                    if (host->changes(signal, key) == 0)
+                        return false;
+                }
+                return true;
+            },
+            ms);
+    }
+
+    /// Waits until no host has said anything for a while: every request is applied and followed.
+    bool waitQuiet(int quietMs, int limitMs)
+    {
+        QElapsedTimer limit;
+        limit.start();
+        QElapsedTimer quiet;
+        quiet.start();
+        qsizetype seen = -1;
+        while (limit.elapsed() < limitMs) {
+            QTest::qWait(250);
+            qsizetype count = 0;
+            for (dbhost_process_t* host : hosts())
+                count += host->lines.size() + host->errors.size();
+            if (count != seen) {
+                seen = count;
+                quiet.restart();
+            } else if (quiet.elapsed() >= quietMs) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    bool terminateAll()
+    {
+        bool ok = true;
+        for (dbhost_process_t* host : hosts())
+            ok = host->terminate() && ok;
+        return ok;
+    }
+
+    /// The section hashes of every saved database that differ from the server's, as "folder/database/section".
+    QStringList differences()
+    {
+        QStringList found;
+        for (QString const& database : databases) {
+            QMap<QString, QString> const reference =
+                dbhost_process_t::sectionHashes(server->folder() + "/" + database + ".json");
+            for (auto& [id, client] : clients) {
+                QMap<QString, QString> const theirs =
+                    dbhost_process_t::sectionHashes(client->folder() + "/" + database + ".json");
+                QStringList sections = reference.keys() + theirs.keys();
+                sections.removeDuplicates();
+                for (QString const& section : std::as_const(sections)) {
+                    if (reference.value(section) != theirs.value(section) || reference.isEmpty())
+                        found << id + "/" + database + "/" + section;
+                }
+            }
+        }
+        return found;
+    }
+};
+
+/// Random requests of the kinds an installation makes all day.
+class request_maker_t
+{
+public:
+    explicit request_maker_t(quint32 seed)
+        : random(seed)
+    {
+    }
+
+    QByteArray next()
+    {
+        int const kind = pick(100);
+        if (kind < 40)
+            return item();
+        if (kind < 65)
+            return element();
+        if (kind < 80)
+            return schedule();
+        if (kind < 90)
+            return bus();
+        if (kind < 95)
+            return packetLine(pick(2) ? "request/DB/persistent/drivers/driver_knx/enabled"
+                                      : "request/DB/persistent/drivers/driver_baos/enabled",
+                              pick(2) == 1);
+        return action();
+    }
+
+    int pick(int bound) { return int(random.bounded(bound)); }
+    /// One of count keys with this letter.
+    QString key(char const* letter, int count) { return letter + QString::number(pick(count)); }
+
+private:
+    QByteArray item()
+    {
+        QString const topic = "request/DB/persistent/items/objects_list/" + key("K", 60);
+        // A removal is an empty object for the library, null on the wire: both are sent.
+        if (pick(100) < 15)
+            return packetLine(topic, pick(2) ? QJsonValue(QJsonObject()) : QJsonValue());
+        return packetLine(topic, itemPayload("item " + key("", 1000), pick(9)));
+    }
+
+    QByteArray element()
+    {
+        if (pick(100) < 25) {
+            QString const id = key("R", 5);
+            return packetLine("request/DB/persistent/elements/objects_list/" + id,
+                              QJsonObject{{"@class", "psoe_room"}, {"name", "room " + id}, {"description", ""},
+                                          {"element_list", QJsonArray()}, {"rooms", QJsonArray()}});
+        }
+        QString const topic = "request/DB/persistent/elements/objects_list/" + key("E", 20);
+        if (pick(100) < 15)
+            return packetLine(topic, QJsonObject());
+        QString const target = key("K", 60);
+        return packetLine(topic, QJsonObject{{"@class", "psoe_onoff"},
+                                             {"name", "switch " + key("", 1000)},
+                                             {"description", ""},
+                                             {"function_map", QJsonObject{{"onoff", target}, {"status", target}}},
+                                             {"rooms", QJsonArray{key("R", 5)}}});
+    }
+
+    QByteArray schedule()
+    {
+        QString const id = key("S", 10);
+        QString const topic = "request/DB/persistent/schedulers/objects_list/" + id;
+        if (pick(100) < 15)
+            return packetLine(topic, QJsonValue::Null);
+        QJsonObject const action{{"enabled", true}, {"order", 0}, {"delay", 0}, {"type", "item"},
+                                 {"id", key("K", 60)}, {"value", key("", 2)}, {"args", ""}};
+        QJsonObject const cron{{"pattern", QStringLiteral("%1 %2 * * *").arg(pick(60)).arg(pick(24))},
+                               {"validity", ""},
+                               {"objects_list", QJsonObject{{"a1", action}}}};
+        return packetLine(topic, QJsonObject{{"name", "schedule " + id}, {"element_id", key("E", 20)},
+                                             {"enabled", pick(2) == 1}, {"permission", 0},
+                                             {"cron_list", QJsonObject{{"c1", cron}}}, {"astro_list", QJsonObject()}});
+    }
+
+    QByteArray bus()
+    {
+        QJsonObject const params{{"address", "15.15." + key("", 250)}};
+        return packetLine("request/DB/persistent/drivers/driver_knx/bus/" + QString::number(1 + pick(4)),
+                          QJsonObject{{"enabled", pick(2) == 1}, {"init_loop_interval", 5}, {"type", "TUNNELING"},
+                                      {"params", params}});
+    }
+
+    /// An action of the presence simulation's week, or its removal.
+    QByteArray action()
+    {
+        QString const topic = QStringLiteral("request/DB/presencesimulation/week/days/%1/hours/%2/minutes/%3/actions/")
+                                  .arg(1 + pick(7))
+                                  .arg(pick(3))
+                                  .arg(pick(3))
+                              + key("K", 10);
+        return packetLine(topic, pick(4) == 0 ? QJsonValue() : QJsonValue(key("", 2)));
+    }
+
+    QRandomGenerator random;
+};
+
+} // namespace
+
+class tst_dbhost_mqtt : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        for (QString const tool : {"mosquitto", "mosquitto_passwd", "mosquitto_pub", "openssl"}) {
+            if (mqtt_broker_t::executable(tool).isEmpty())
+                QSKIP(qPrintable(tool + " is missing: ./dev.sh installs it"));
+        }
+    }
+
+    void requestTravelsAndEveryProcessFollows_data()
+    {
+        QTest::addColumn<bool>("tls");
+        QTest::newRow("plain") << false;
+        QTest::newRow("TLS with client certificates") << true;
+    }
+
+    void requestTravelsAndEveryProcessFollows()
+    {
+        QFETCH(bool, tls);
+        installation_t site;
+        QString why;
+        QVERIFY2(site.start({"a", "b"}, tls, why), qPrintable(why));
+
+        dbhost_process_t& a = site.client("a");
+        a.send(itemLine("L1", "Lamp"));
+        a.send(packetLine("request/DB/persistent/elements/objects_list/room1",
+                      QJsonObject{{"@class", "psoe_room"}, {"name", "Hall"}, {"description", ""},
+                                  {"element_list", QJsonArray()}, {"rooms", QJsonArray()}}));
+        QVERIFY(site.allSaw("onPersistentChangeItem", "L1"));
+        QVERIFY(site.allSaw("onPersistentChangeElement", "room1"));
+        // A client applies nothing itself: its request went to the server and back.
+        QCOMPARE(a.changes("onPersistentChangeItem", "L1"), 1);
+
+        // A driver's live value reaches every process that holds the live database.
+        QVERIFY(site.broker->publish("driver", "status/DB/realtime/items/objects_list/L1/value", "\"on\""));
+        QVERIFY(QTest::qWaitFor(
+            [&] {
+                for (dbhost_process_t* host : site.hosts()) {
+                    if (liveValue(*host, "L1") != QLatin1String("on"))
+                        return false;
+                }
+                return true;
+            },
+            20000));
+
+        QVERIFY(site.terminateAll());
+        for (QString const& database : databases) {
+            QJsonObject const reference = readJson(site.server->folder() + "/" + database + ".json");
+            QVERIFY(!reference.isEmpty());
+            QCOMPARE(readJson(a.folder() + "/" + database + ".json"), reference);
+            QCOMPARE(readJson(site.client("b").folder() + "/" + database + ".json"), reference);
+        }
+        QCOMPARE(itemKeys(a), QStringList{"L1"});
+        // Users' secrets are in these files: only their owner reads them.
+        for (dbhost_process_t* host : site.hosts()) {
+            for (QString const& database : databases) {
+                struct stat status = {};
+                QCOMPARE(::stat(QFile::encodeName(host->folder() + "/" + database + ".json").constData(), &status), 0);
+                QCOMPARE(status.st_mode & 0777, 0600u);
+            }
+        }
+    }
+
+    void offlineClientCatchesUpByHashesAlone()
+    {
+        installation_t site;
+        QString why;
+        QVERIFY2(site.start({"a", "b"}, false, why), qPrintable(why));
+        dbhost_process_t& b = site.client("b");
+        b.send(itemLine("L1", "Lamp"));
+        b.send(itemLine("L2", "Blind"));
+        QVERIFY(site.allSaw("onPersistentChangeItem", "L2"));
+
+        QVERIFY(site.client("a").terminate());
+        b.send(itemLine("L1", "Hall lamp"));
+        b.send(packetLine("request/DB/persistent/items/objects_list/L2", QJsonValue::Null));
+        b.send(itemLine("L3", "Fan"));
+        QVERIFY(QTest::qWaitFor([&] { return b.changes("onPersistentChangeItem", "L3") == 1; }, 20000));
+
+        // The server went too; while it is away a client's requests wait for it.
+        QVERIFY(site.server->terminate());
+        QVERIFY(QTest::qWaitFor([&] { return b.errors.contains("the server is away"); }, 20000));
+        b.send(itemLine("L4", "Heater"));
+        site.startServer();
+        QVERIFY(QTest::qWaitFor([&] { return b.changes("onPersistentChangeItem", "L4") == 1; }, 20000));
+
+        QVERIFY(site.startClient("a"));
+        dbhost_process_t& a = site.client("a");
+        QVERIFY2(a.errors.contains("took 2 sections: persistent/items, realtime/items"), qPrintable(a.errors));
+        // By hashes alone: one whole-database status per database, no replay of the changes one by one.
+        QVERIFY(QTest::qWaitFor(
+            [&] { return a.changes("onPersistentChangeDatabase") == 1 && a.changes("onRealtimeChangeDatabase") == 1; },
+            20000));
+        QCOMPARE(a.changes("onPersistentChangeItem"), 0);
+
+        // A client in step costs its hashes and nothing more.
+        QVERIFY(b.terminate());
+        qsizetype const said = site.server->errors.size();
+        QVERIFY(site.startClient("b"));
+        QVERIFY2(site.client("b").errors.contains("no section differed"), qPrintable(site.client("b").errors));
+        QVERIFY(!site.server->errors.mid(said).contains("hashes of b"));
+        QTest::qWait(300);
+        QVERIFY(site.client("b").lines.isEmpty());
+
+        QVERIFY(site.terminateAll());
+        QCOMPARE(site.differences(), QStringList());
+        QCOMPARE(itemKeys(a), (QStringList{"L1", "L3", "L4"}));
+    }
+
+    void forgedMessageOfAClientChangesNothing_data()
+    {
+        QTest::addColumn<QString>("topic");
+        QTest::addColumn<QByteArray>("body");
+        QTest::newRow("status of an item") << "status/DB/persistent/items/objects_list/F1"
+                                           << QJsonDocument(itemPayload("forged")).toJson(QJsonDocument::Compact);
+        QTest::newRow("live value") << "status/DB/realtime/items/objects_list/L1/value" << QByteArray("\"forged\"");
+        QTest::newRow("whole database") << "status/DB/persistent/DB" << QByteArray("{}");
+        QTest::newRow("sections for another client") << "dbhost/sync/sections/b"
+                                                     << QByteArray(R"({"persistent":{"items":{"objects_list":{}}}})");
+        QTest::newRow("server said away") << "dbhost/sync/server" << QByteArray(R"({"online":false})");
+    }
+
+    void forgedMessageOfAClientChangesNothing()
+    {
+        QFETCH(QString, topic);
+        QFETCH(QByteArray, body);
+        installation_t site;
+        QString why;
+        QVERIFY2(site.start({"a", "b"}, false, why), qPrintable(why));
+        site.client("a").send(itemLine("L1", "Lamp"));
+        QVERIFY(site.allSaw("onPersistentChangeItem", "L1"));
+        int const before = int(site.client("b").lines.size());
+
+        QVERIFY(site.broker->publish("client", topic, body));
+        // The next request of a client is the barrier: the forged message came before it, if at all.
+        site.client("a").send(itemLine("B1", "Barrier"));
+        QVERIFY(site.allSaw("onPersistentChangeItem", "B1"));
+
+        for (dbhost_process_t* host : site.hosts()) {
+            QCOMPARE(host->changes("onPersistentChangeItem", "F1"), 0);
+            QCOMPARE(host->changes("onPersistentChangeDatabase"), 0);
+            QVERIFY(liveValue(*host, "L1") != QLatin1String("forged"));
+        }
+        // b saw the barrier item and its live twin, nothing else.
+        QCOMPARE(int(site.client("b").lines.size()) - before, 3);
+    }
+
+    void requestDeliveredTwiceIsAppliedOnce()
+    {
+        installation_t site;
+        QString why;
+        QVERIFY2(site.start({"a"}, false, why), qPrintable(why));
+        QByteArray const body = QJsonDocument(itemPayload("Lamp")).toJson(QJsonDocument::Compact);
+        QString const topic = "request/DB/persistent/items/objects_list/D1";
+        // As a client's request goes out again after a reconnection: the same id.
+        for (QString const id : {"x:1", "x:1", "x:2"})
+            QVERIFY(site.broker->publish("client", topic, body, {"-D", "publish", "user-property", "dbhost-id", id}));
+        site.client("a").send(itemLine("B1", "Barrier"));
+        QVERIFY(site.allSaw("onPersistentChangeItem", "B1"));
+        QCOMPARE(site.server->changes("onPersistentChangeItem", "D1"), 2);
+        QCOMPARE(site.client("a").changes("onPersistentChangeItem", "D1"), 2);
+    }
+
+    void everyProcessConvergesThroughKillsAndBrokerRestart()
+    {
+        installation_t site;
+        QString why;
+        QStringList const ids{"c0", "c1", "c2"};
+        QVERIFY2(site.start(ids, false, why), qPrintable(why));
+        quint32 const seed = QRandomGenerator::global()->generate();
+        qInfo("seed %u", seed);
+        request_maker_t maker(seed);
+        auto const burst = [&](int count, QStringList const& to) {
+            for (int i = 0; i < count; ++i)
+                site.client(to.at(maker.pick(int(to.size())))).send(maker.next());
+        };
+        auto const liveValues = [&](int count) {
+            for (int i = 0; i < count; ++i)
+                site.broker->publish("driver", "status/DB/realtime/items/objects_list/" + maker.key("K", 60) + "/value",
+                                     QByteArray::number(maker.pick(100)));
+        };
+
+        burst(900, ids);
+        liveValues(10);
+        QTest::qWait(1500);
+        site.client("c1").kill();
+        burst(600, {"c0", "c2"});
+        QTest::qWait(500);
+        QVERIFY(site.startClient("c1"));
+        burst(600, ids);
+        QTest::qWait(1000);
+        site.broker->stop();
+        burst(300, ids); // kept by the clients until the broker and the server are back
+        QTest::qWait(500);
+        QVERIFY2(site.broker->start(why), qPrintable(why));
+        burst(600, ids);
+        liveValues(10);
+
+        // After quiet every saved database holds the server's hashes, section by section.
+        QVERIFY(site.waitQuiet(3000, 120000));
+        QStringList differences = site.differences();
+        QElapsedTimer saving;
+        saving.start();
+        while (!differences.isEmpty() && saving.elapsed() < 10000) {
+            QTest::qWait(500);
+            differences = site.differences();
+        }
+        bool const converged = differences.isEmpty();
+        QVERIFY(site.terminateAll());
+        QVERIFY2(converged, qPrintable(differences.join(", ")));
+        QCOMPARE(site.differences(), QStringList());
+        QVERIFY(site.server->errors.contains("back with the broker"));
+        // The status alone kept the clients in step between their comparisons
+        // on (re)connection: none had to take sections after quiet.
+        for (QString const& id : ids)
+            QVERIFY2(!site.client(id).errors.contains("out of step after quiet"), qPrintable(site.client(id).errors));
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_dbhost_mqtt)
+#include "tst_dbhost_mqtt.moc"

@@ -1,0 +1,145 @@
+#ifndef TESTS_SUPPORT_DBHOST_PROCESS_H
+#define TESTS_SUPPORT_DBHOST_PROCESS_H
+
+#include <QCryptographicHash>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QList>
+#include <QMap>
+#include <QProcess>
+#include <QString>
+#include <QStringList>
+#include <QTimer>
+
+#include <functional>
+
+/**
+ * A dbhost run by a test as a real process. Its output lines (changes,
+ * requests, refusals) and its standard error are collected as they come,
+ * while the caller's event loop turns, with the time each line arrived.
+ */
+class dbhost_process_t
+{
+public:
+    struct line_t {
+        QJsonObject json;
+        qint64 nanoseconds = 0;
+    };
+
+    explicit dbhost_process_t(QString const& folder)
+        : data(folder)
+    {
+        clock.start();
+        QObject::connect(&process, &QProcess::readyReadStandardOutput, [this] {
+            qint64 const now = clock.nsecsElapsed();
+            pending += process.readAllStandardOutput();
+            qsizetype end = 0;
+            while ((end = pending.indexOf('\n')) >= 0) {
+                lines.append({QJsonDocument::fromJson(pending.left(end)).object(), now});
+                pending.remove(0, end + 1);
+            }
+        });
+        QObject::connect(&process, &QProcess::readyReadStandardError,
+                         [this] { errors += QString::fromUtf8(process.readAllStandardError()); });
+    }
+    ~dbhost_process_t() { kill(); }
+
+    void start(QStringList const& arguments)
+    {
+        process.start(QStringLiteral(DBHOST), QStringList{QStringLiteral("--data"), data, QStringLiteral("--log-level"),
+                                                          QStringLiteral("1")} + arguments);
+        process.waitForStarted(10000);
+    }
+
+    bool running() const { return process.state() == QProcess::Running; }
+    /// The clock of the arrival times of the lines.
+    qint64 now() const { return clock.nsecsElapsed(); }
+    void send(QByteArray const& line) { process.write(line.endsWith('\n') ? line : line + '\n'); }
+
+    /// Turns the event loop until done holds, checking it as each output
+    /// arrives rather than on a polling period, so that arrival times are exact.
+    bool waitFor(std::function<bool()> const& done, int ms)
+    {
+        bool finished = done();
+        if (finished)
+            return true;
+        QEventLoop loop;
+        QTimer limit;
+        limit.setSingleShot(true);
+        QObject::connect(&limit, &QTimer::timeout, &loop, &QEventLoop::quit);
+        // Connected after the line reader: the new lines are in when it runs.
+        auto const check = QObject::connect(&process, &QProcess::readyReadStandardOutput, &loop, [&] {
+            if (!finished && done()) {
+                finished = true;
+                loop.quit();
+            }
+        });
+        limit.start(ms);
+        loop.exec();
+        QObject::disconnect(check);
+        return finished;
+    }
+
+    /// SIGTERM, and waits for the orderly end (the files are saved then).
+    bool terminate(int ms = 20000)
+    {
+        if (!running())
+            return true;
+        process.terminate();
+        return process.waitForFinished(ms) && process.exitStatus() == QProcess::NormalExit;
+    }
+
+    /// SIGKILL: nothing is saved on the way out.
+    void kill()
+    {
+        if (!running())
+            return;
+        process.kill();
+        process.waitForFinished(10000);
+    }
+
+    /// Change lines with this signal (and key, when given).
+    int changes(QString const& signal, QString const& key = QString()) const
+    {
+        int found = 0;
+        for (line_t const& line : lines)
+            found += line.json.value(QStringLiteral("signal")).toString() == signal
+                             && (key.isNull() || line.json.value(QStringLiteral("key")).toString() == key)
+                         ? 1
+                         : 0;
+        return found;
+    }
+
+    QString const& folder() const { return data; }
+
+    /// The hash of each section of a saved database, as the engines compute them.
+    static QMap<QString, QString> sectionHashes(QString const& path)
+    {
+        QFile file(path);
+        QMap<QString, QString> hashes;
+        if (!file.open(QIODevice::ReadOnly))
+            return hashes;
+        QJsonObject const document = QJsonDocument::fromJson(file.readAll()).object();
+        for (auto it = document.begin(); it != document.end(); ++it)
+            hashes.insert(it.key(),
+                          QString::fromLatin1(QCryptographicHash::hash(QJsonDocument(it.value().toObject())
+                                                                           .toJson(QJsonDocument::Compact),
+                                                                       QCryptographicHash::Sha1)
+                                                  .toHex()));
+        return hashes;
+    }
+
+    QList<line_t> lines;
+    QString errors;
+
+private:
+    QString data;
+    QProcess process;
+    QByteArray pending;
+    QElapsedTimer clock;
+};
+
+#endif // TESTS_SUPPORT_DBHOST_PROCESS_H
