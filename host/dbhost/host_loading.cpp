@@ -1,6 +1,8 @@
 #include "host_loading.h"
 
+#include <QFile>
 #include <QFileInfo>
+#include <QJsonDocument>
 #include <QJsonObject>
 
 #include <exception>
@@ -23,11 +25,14 @@ int currentMajor()
 }
 
 /// The version a persistent file was written with, as its text and its major;
-/// false when it has none that reads as a number.
-bool storedVersion(database::persistent::persistent_t* engine, QString const& path, QString& version, int& major)
+/// false when it has none that reads as a number. Read here, and not by the
+/// engine, so that a file that doesn't parse is reported once, by its load.
+bool storedVersion(QString const& path, QString& version, int& major)
 {
-    version = engine->readFromFile(path).value(QStringLiteral("versions")).toObject()
-                  .value(QStringLiteral("database")).toString();
+    QFile file(path);
+    QJsonObject const document =
+        file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object() : QJsonObject();
+    version = document.value(QStringLiteral("versions")).toObject().value(QStringLiteral("database")).toString();
     bool known = false;
     major = version.section(QLatin1Char('.'), 0, 0).toInt(&known);
     return known;
@@ -39,7 +44,7 @@ bool loadPersistent(database::persistent::persistent_t* engine, QString const& p
 {
     QString version;
     int major = 0;
-    bool const known = storedVersion(engine, path, version, major);
+    bool const known = storedVersion(path, version, major);
     // The library would take a newer generation's file as its own and write it
     // back as such, dropping what it doesn't know: such a file is never loaded.
     if (known && major > currentMajor())
@@ -84,7 +89,7 @@ bool host_loading_t::load(database::database_t& database, QStringList& notes) co
     QString version;
     int major = 0;
     if (QFileInfo::exists(persistent->currentPath())
-        && storedVersion(database.getPersistent(), persistent->currentPath(), version, major)
+        && storedVersion(persistent->currentPath(), version, major)
         && major > storedMajor) {
         notes.append(persistent->currentPath() + QStringLiteral(" was written by a newer version of the database (")
                      + version + QStringLiteral("; this one is ") + database::database_t::getVersion()

@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QMetaMethod>
+#include <QThread>
 
 #include <csignal>
 #include <exception>
@@ -348,6 +349,13 @@ void host_session_t::finish()
     database->getRealtime()->serialize(false);
     database->getPresenceSimulation()->serialize(false);
     saveNow();
+    // Leaving is no time to wait a minute, but a disk that was full a moment
+    // ago may have room now: a few quick tries before the changes are given up.
+    for (int delay = firstRetryDelay; unsaved() && delay <= 2 * firstRetryDelay; delay *= 2) {
+        std::fprintf(stderr, "dbhost: trying the failed saves again in %g s before leaving\n", delay / 1000.0);
+        QThread::msleep(static_cast<unsigned long>(delay));
+        saveNow();
+    }
     for (saved_file_t const& file : files) {
         if (file.failing)
             std::fprintf(stderr, "dbhost: the last save of %s failed: its latest changes are lost\n",

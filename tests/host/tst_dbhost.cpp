@@ -142,6 +142,33 @@ private Q_SLOTS:
         QCOMPARE(readJson(folder + "/persistent.json.1"), saved);
     }
 
+    void badLineIsSkippedAndSaid_data()
+    {
+        QTest::addColumn<QByteArray>("line");
+        QTest::addColumn<QString>("said");
+        QTest::newRow("no topic") << QByteArray(R"({"payload":1})") << "line 2 has no topic, skipped";
+        QTest::newRow("topic not a string") << QByteArray(R"({"topic":5,"payload":1})") << "line 2 has no topic, skipped";
+        QTest::newRow("array") << QByteArray("[1,2,3]") << "line 2 is not a JSON object, skipped";
+        QTest::newRow("string") << QByteArray(R"("request/DB/persistent/general")") << "line 2 is not a JSON object, skipped";
+        QTest::newRow("no JSON") << QByteArray("topic=general") << "line 2 is not a JSON object, skipped";
+    }
+
+    void badLineIsSkippedAndSaid()
+    {
+        QFETCH(QByteArray, line);
+        QFETCH(QString, said);
+        QTemporaryDir dir;
+        QString const folder = dir.filePath("data");
+        // The lines around it still count.
+        run_t const run = runHost(folder, itemLine("A", "before") + line + '\n' + itemLine("B", "after"));
+        QCOMPARE(run.exitCode, 0);
+        QVERIFY2(run.errors.contains("dbhost: " + said), qPrintable(run.errors));
+        QCOMPARE(withSignal(run.lines, "onPersistentChangeItem").size(), 2);
+        QCOMPARE(readJson(folder + "/persistent.json").value("items").toObject().value("objects_list").toObject()
+                     .keys(),
+                 (QStringList{"A", "B"}));
+    }
+
     void malformedPacketDoesNotEndTheHost_data()
     {
         QTest::addColumn<QString>("role");
@@ -272,6 +299,26 @@ private Q_SLOTS:
         QVERIFY(kept.open(QIODevice::ReadOnly));
         QCOMPARE(kept.readAll(), content);
         QCOMPARE(readJson(folder + "/persistent.json").value("items"), newestBackup.value("items"));
+    }
+
+    void diskFullWhenLeavingIsTriedAgain()
+    {
+        if (!QFileInfo::exists("/dev/full"))
+            QSKIP("no /dev/full here");
+        QTemporaryDir dir;
+        QString const folder = dir.filePath("data");
+        QCOMPARE(runHost(folder, itemLine("A", "saved before")).exitCode, 0);
+        // The save at the end of input is the only one, and the disk is full for it.
+        QVERIFY(QFile::link("/dev/full", folder + "/persistent.json.tmp"));
+        run_t const run = runHost(folder, itemLine("B", "saved on leaving"));
+        QCOMPARE(run.exitCode, 0);
+        QVERIFY2(run.errors.contains("save failed: cannot write " + folder + "/persistent.json.tmp\n"),
+                 qPrintable(run.errors));
+        QVERIFY(run.errors.contains("trying the failed saves again in 1 s before leaving"));
+        QVERIFY(run.errors.contains("persistent.json saved again after failed saves"));
+        QCOMPARE(readJson(folder + "/persistent.json").value("items").toObject().value("objects_list").toObject()
+                     .keys(),
+                 (QStringList{"A", "B"}));
     }
 
     void fileOfANewerVersionIsLeftAlone()
