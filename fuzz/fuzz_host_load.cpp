@@ -72,17 +72,12 @@ std::array<QByteArray, 3> const& goodFiles()
 
 } // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***)
-{
-    fuzz::start();
-    QDir().mkpath(folder());
-    goodFiles();
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(uint8_t const* data, size_t size)
 {
     QByteArray const input(reinterpret_cast<char const*>(data), qsizetype(size));
+    static bool const prepared = QDir().mkpath(folder()) && !goodFiles().at(0).isEmpty();
+    if (!prepared)
+        fuzz::fail("cannot prepare the fuzz folder", folder());
     QDir dir(folder());
     for (QString const& name : dir.entryList(QDir::Files))
         dir.remove(name);

@@ -12,12 +12,6 @@
 
 using database::utility;
 
-extern "C" int LLVMFuzzerInitialize(int*, char***)
-{
-    fuzz::start();
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(uint8_t const* data, size_t size)
 {
     QByteArray const input(reinterpret_cast<char const*>(data), qsizetype(size));

@@ -18,12 +18,6 @@ constexpr auto engine = fuzz::engine_t(FUZZ_ENGINE);
 
 } // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***)
-{
-    fuzz::start();
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(uint8_t const* data, size_t size)
 {
     QJsonObject document;

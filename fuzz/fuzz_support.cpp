@@ -94,3 +94,10 @@ exception_watch_t::~exception_watch_t()
 }
 
 } // namespace fuzz
+
+// Every target starts the same way; libFuzzer calls this once before the first input.
+extern "C" int LLVMFuzzerInitialize(int*, char***)
+{
+    fuzz::start();
+    return 0;
+}
