@@ -1,9 +1,12 @@
 #!/usr/bin/env bash
 # Sets up a Debian machine for this project, builds it, and runs what is asked.
 #   ./dev.sh run     build everything and run the main job (see README.md)
-#   ./dev.sh test    build everything and run all tests through ctest
+#   ./dev.sh test    build everything and run all tests through ctest, then the
+#                    sanitizer build's tests and a few seconds of each fuzz target
 #   ./dev.sh bench   build everything and run the benchmarks
 #   ./dev.sh build   only build
+#   ./dev.sh sanitize  build with ASan+UBSan (clang) in build-san and run all tests under it
+#   ./dev.sh fuzz [s]  build the fuzz targets and run each for s seconds (60)
 # Idempotent: packages are installed only when missing, the build is incremental.
 set -euo pipefail
 
@@ -11,12 +14,16 @@ here="$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)"
 cd "$here"
 build_dir="${BUILD_DIR:-$here/build}"
 
+san_dir="${SAN_BUILD_DIR:-$here/build-san}"
+
 packages=(g++ cmake ninja-build ccache pkgconf qt6-base-dev qt6-5compat-dev libspdlog-dev
           libmosquitto-dev mosquitto mosquitto-clients openssl)
+# The sanitizer build: clang, its runtimes with libFuzzer, and llvm-symbolizer for readable reports.
+san_packages=(clang libclang-rt-dev llvm)
 
 ensure_packages() {
     local missing=() p
-    for p in "${packages[@]}"; do
+    for p in "$@"; do
         dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")
     done
     [ ${#missing[@]} -eq 0 ] && return 0
@@ -34,9 +41,41 @@ configure() {
 }
 
 build() {
-    ensure_packages
+    ensure_packages "${packages[@]}"
     configure
     cmake --build "$build_dir"
+}
+
+build_san() {
+    ensure_packages "${packages[@]}" "${san_packages[@]}"
+    if [ ! -f "$san_dir/build.ninja" ]; then
+        CC=clang CXX=clang++ cmake -S "$here" -B "$san_dir" -G Ninja -DCMAKE_BUILD_TYPE=Debug \
+            -DDATABASE_SANITIZE=ON -DDATABASE_BUILD_BENCH=OFF
+    fi
+    cmake --build "$san_dir"
+    # Every report ends the program with a failure; leaks are reports too.
+    export ASAN_OPTIONS="detect_leaks=1:check_initialization_order=1:strict_init_order=1:abort_on_error=0"
+    export UBSAN_OPTIONS="print_stacktrace=1:halt_on_error=1"
+    export ASAN_SYMBOLIZER_PATH="${ASAN_SYMBOLIZER_PATH:-$(command -v llvm-symbolizer || true)}"
+}
+
+# run_fuzz <seconds>: each target from its seeds, new finds kept in the build folder.
+run_fuzz() {
+    local seconds="$1" target name failed=0
+    for target in "$san_dir"/fuzz/fuzz_*; do
+        [ -f "$target" ] && [ -x "$target" ] || continue
+        name="$(basename "$target")"
+        mkdir -p "$san_dir/fuzz/corpus/$name"
+        echo "== $name for ${seconds}s" >&2
+        if ! "$target" -max_total_time="$seconds" -timeout=25 -rss_limit_mb=4096 -print_final_stats=1 \
+            -dict="$here/fuzz/topics.dict" -artifact_prefix="$san_dir/fuzz/$name-" \
+            "$san_dir/fuzz/corpus/$name" "$here/fuzz/corpus/$name" 2>"$san_dir/fuzz/$name.log"; then
+            tail -n 60 "$san_dir/fuzz/$name.log" >&2
+            failed=1
+        fi
+        grep -E '^stat::number_of_executed_units|^#[0-9]+ *DONE' "$san_dir/fuzz/$name.log" >&2 || true
+    done
+    return "$failed"
 }
 
 case "${1:-help}" in
@@ -61,13 +100,24 @@ case "${1:-help}" in
         done ;;
     test)
         build
-        ctest --test-dir "$build_dir" --output-on-failure -j "$(nproc)" ;;
+        ctest --test-dir "$build_dir" --output-on-failure -j "$(nproc)"
+        # Then the same tests under the sanitizers, and each fuzz target for a few seconds.
+        start=$SECONDS
+        build_san
+        ctest --test-dir "$san_dir" --output-on-failure -j "$(nproc)"
+        echo "dev.sh: sanitizer build, tests and fuzzing took $((SECONDS - start)) s" >&2 ;;
+    sanitize)
+        build_san
+        ctest --test-dir "$san_dir" --output-on-failure -j "$(nproc)" -LE fuzz ;;
+    fuzz)
+        build_san
+        run_fuzz "${2:-60}" ;;
     bench)
         build
         for b in "$build_dir"/bench/bench_*; do
             if [ -f "$b" ] && [ -x "$b" ]; then "$b"; fi
         done ;;
     *)
-        sed -n '2,8p' "$0" | sed 's/^# \{0,1\}//'
+        sed -n '2,10p' "$0" | sed 's/^# \{0,1\}//'
         exit 2 ;;
 esac

@@ -108,10 +108,14 @@ private:
     DATABASE_EXPORT int ::database::definition::string_type_t<T>::maxI
 
 // The counter is constant-initialised, so it is 0 before any static instance,
-// whatever the order in which translation units are initialised.
+// whatever the order in which translation units are initialised. The registrar's
+// name is unique, so that sources built together (unity builds) don't clash.
+#define DATABASE_STRING_TYPE_JOIN_(a, b) a##b
+#define DATABASE_STRING_TYPE_JOIN(a, b) DATABASE_STRING_TYPE_JOIN_(a, b)
 #define DATABASE_STRING_TYPE_DEFINE(T)                                                   \
     namespace {                                                                          \
-    const ::database::definition::string_type_registrar_t<T> string_type_registrar;     \
+    const ::database::definition::string_type_registrar_t<T>                             \
+        DATABASE_STRING_TYPE_JOIN(string_type_registrar_, __COUNTER__);                  \
     }                                                                                    \
     template<>                                                                           \
     int ::database::definition::string_type_t<T>::maxI = 0

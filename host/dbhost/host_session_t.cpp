@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QMetaMethod>
+#include <QThread>
 
 #include <csignal>
 #include <exception>
@@ -21,6 +22,10 @@
 namespace {
 
 int signalPipe[2] = {-1, -1};
+
+// Failed saves are retried after one second, then after twice the last delay up to a minute.
+constexpr int firstRetryDelay = 1000;
+constexpr int lastRetryDelay = 60000;
 
 void onUnixSignal(int)
 {
@@ -88,6 +93,13 @@ void host_session_t::addFile(host_store_t* store, std::function<QString()> hash,
     file.hash = std::move(hash);
     file.write = std::move(write);
     file.lastSavedHash = file.hash();
+    file.retry = new QTimer(this);
+    file.retry->setSingleShot(true);
+    std::size_t const index = files.size();
+    connect(file.retry, &QTimer::timeout, this, [this, index] {
+        if (!finished)
+            save(files.at(index));
+    });
     files.push_back(std::move(file));
 }
 
@@ -231,16 +243,42 @@ void host_session_t::saveNow()
 void host_session_t::save(saved_file_t& file)
 {
     QString const hash = file.hash();
-    // An image that is already on disk isn't written again: backups stay meaningful.
-    if (hash == file.lastSavedHash && QFile::exists(file.store->currentPath()))
-        return;
+    QString const name = file.store->currentPath().section(QLatin1Char('/'), -1);
     QString error;
-    if (file.store->save(file.write, error)) {
-        file.lastSavedHash = hash;
-        ++saves;
-    } else {
-        std::fprintf(stderr, "dbhost: save failed: %s\n", qPrintable(error));
+    // An image that is already on disk isn't written again: backups stay meaningful.
+    bool const current = hash == file.lastSavedHash && QFile::exists(file.store->currentPath());
+    if (current || file.store->save(file.write, error)) {
+        if (!current) {
+            file.lastSavedHash = hash;
+            ++saves;
+        }
+        if (file.failing)
+            std::fprintf(stderr, "dbhost: %s saved again after failed saves\n", qPrintable(name));
+        file.failing = false;
+        file.retryDelay = 0;
+        file.retry->stop();
+        return;
     }
+    file.failing = true;
+    if (finished) {
+        std::fprintf(stderr, "dbhost: save failed: %s\n", qPrintable(error));
+        return;
+    }
+    // The changes exist only in memory until a save goes through: keep trying,
+    // less often the longer the disk refuses, and say so each time.
+    file.retryDelay = file.retryDelay == 0 ? firstRetryDelay : qMin(2 * file.retryDelay, lastRetryDelay);
+    std::fprintf(stderr, "dbhost: save failed: %s; retrying in %g s\n", qPrintable(error),
+                 file.retryDelay / 1000.0);
+    file.retry->start(file.retryDelay);
+}
+
+bool host_session_t::unsaved() const
+{
+    for (saved_file_t const& file : files) {
+        if (file.failing)
+            return true;
+    }
+    return false;
 }
 
 void host_session_t::drainEvents()
@@ -270,5 +308,17 @@ void host_session_t::finish()
     saveNow();
     for (host_link_t* link : std::as_const(links))
         link->stop();
-    QCoreApplication::quit();
+    // Leaving is no time to wait a minute, but a disk that was full a moment
+    // ago may have room now: a few quick tries before the changes are given up.
+    for (int delay = firstRetryDelay; unsaved() && delay <= 2 * firstRetryDelay; delay *= 2) {
+        std::fprintf(stderr, "dbhost: trying the failed saves again in %g s before leaving\n", delay / 1000.0);
+        QThread::msleep(static_cast<unsigned long>(delay));
+        saveNow();
+    }
+    for (saved_file_t const& file : files) {
+        if (file.failing)
+            std::fprintf(stderr, "dbhost: the last save of %s failed: its latest changes are lost\n",
+                         qPrintable(file.store->currentPath()));
+    }
+    QCoreApplication::exit(unsaved() ? 1 : 0);
 }

@@ -7,6 +7,8 @@
 #include <QObject>
 #include <QSocketNotifier>
 #include <QString>
+#include <QTextStream>
+#include <QTimer>
 
 #include <functional>
 #include <vector>
@@ -43,6 +45,8 @@ public:
     int savesDone() const { return saves; }
     /// Saves every database whose image on disk isn't already the current one.
     void saveNow();
+    /// True while the last save of some database failed: its changes are not on disk.
+    bool unsaved() const;
 
 public Q_SLOTS:
     void finish();
@@ -63,6 +67,10 @@ private:
         std::function<QString()> hash;
         host_store_t::writer_t write;
         QString lastSavedHash;
+        /// While saves fail they are retried, each time after twice the delay.
+        bool failing = false;
+        int retryDelay = 0;
+        QTimer* retry = nullptr;
     };
 
     void addFile(host_store_t* store, std::function<QString()> hash, host_store_t::writer_t write);

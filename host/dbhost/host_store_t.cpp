@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonObject>
+#include <QList>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -92,11 +93,26 @@ void host_store_t::rotateBackups() const
 {
     if (backups == 0)
         return;
-    // The oldest goes first so that every rename has a free name.
-    QFile::remove(backupPath(backups));
-    for (int n = backups - 1; n >= 1; --n) {
+    // The backups there are, newest first. A save killed halfway through its
+    // rotation leaves a gap: closing it here keeps every backup there is.
+    QList<int> present;
+    for (int n = 1; n <= backups; ++n) {
         if (QFileInfo::exists(backupPath(n)))
-            QFile::rename(backupPath(n), backupPath(n + 1));
+            present.append(n);
+    }
+    // Room for the current file as .1: the oldest beyond the count go.
+    while (present.size() > backups - 1)
+        QFile::remove(backupPath(present.takeLast()));
+    // The i-th newest becomes .(i+2). Those that move down into a gap go first,
+    // the newest first; then those that move up, the oldest first: every rename
+    // finds its name free, and a kill between two renames loses nothing.
+    for (int i = 0; i < present.size(); ++i) {
+        if (present.at(i) > i + 2)
+            QFile::rename(backupPath(present.at(i)), backupPath(i + 2));
+    }
+    for (int i = int(present.size()) - 1; i >= 0; --i) {
+        if (present.at(i) == i + 1)
+            QFile::rename(backupPath(present.at(i)), backupPath(i + 2));
     }
 }
 

@@ -16,16 +16,9 @@
 #include "database/definition/service_t.h"
 #include "database/definition/type_brand_t.h"
 #include "database/persistent/define/ps_knx_mode_t.h"
-#include "database/persistent/persistent_t.h"
-#include "database/default/realtime/rt_default_t.h"
-#include "database/presencesimulation/presencesimulation_t.h"
-#include "database/presencesimulation/psi_data_t.h"
-#include "database/realtime/realtime_t.h"
-#include "database/realtime/rt_data_t.h"
-#include "database/utility/utility.h"
-#include "platform/qjsonserializer/qjsonserializer.h"
 #include "host_application_t.h"
 #include "host_mqtt_link_t.h"
+#include "host_loading.h"
 #include "host_session_t.h"
 #include "host_stdio_link_t.h"
 #include "host_store_t.h"
@@ -41,46 +34,6 @@ int fail(QString const& message)
 {
     std::fprintf(stderr, "dbhost: %s\n", qPrintable(message));
     return 2;
-}
-
-/// Loads a persistent file; the major of the version it was stored with goes
-/// to storedMajor, since the realtime file follows the persistent one.
-bool loadPersistent(database::persistent::persistent_t* engine, QString const& path, int& storedMajor)
-{
-    QString const version = engine->readFromFile(path).value(QStringLiteral("versions")).toObject()
-                                .value(QStringLiteral("database")).toString();
-    bool known = false;
-    int const major = version.section(QLatin1Char('.'), 0, 0).toInt(&known);
-    int result = 0;
-    bool const loaded = !engine->loadFromFile(path, result).isEmpty() && result >= 0;
-    // A document that parses but doesn't fit the model leaves the engine without a tree.
-    if (loaded && engine->getData()) {
-        if (known)
-            storedMajor = major;
-        return true;
-    }
-    if (!engine->getData())
-        engine->initSerializer();
-    return false;
-}
-
-/// Loads the file of a database that follows the persistent one (realtime,
-/// presence simulation). A document that doesn't fit the model would leave an
-/// empty or an unchanged tree: it counts as unreadable, so that a good backup
-/// is used instead.
-template<class Tree, class Engine>
-bool loadFollower(Engine* engine, QString const& path, int storedMajor)
-{
-    QJsonObject document = engine->readFromFile(path);
-    if (document.isEmpty())
-        return false;
-    try {
-        delete database::utility::getInstance()->serializer()->deserialize<Tree*>(document, nullptr);
-    } catch (std::exception const&) {
-        return false;
-    }
-    int result = 0;
-    return !engine->loadFromJson(document, storedMajor, result).isEmpty() && result >= 0 && engine->getData();
 }
 
 /// Reads "HOST[:PORT]" (or "[v6 address]:PORT"); false when the port isn't a number.
@@ -236,26 +189,13 @@ int main(int argc, char* argv[])
 
     database::database_t database(service, chosenBrand, mode);
     QStringList notes;
-    int storedMajor = database::database_t::getVersion().section(QLatin1Char('.'), 0, 0).toInt();
-    store.load([&](QString const& path) { return loadPersistent(database.getPersistent(), path, storedMajor); },
-               notes);
-    // A first run starts the live database from the defaults of its role.
-    if (!QFileInfo::exists(liveStore.currentPath()))
-        database.getRealtime()->update_database(database::realtime::rt_default_t::getInstance()->getJData(service),
-                                                false);
-    liveStore.load(
-        [&](QString const& path) {
-            return loadFollower<database::realtime::rt_data_t>(database.getRealtime(), path, storedMajor);
-        },
-        notes);
-    presenceStore.load(
-        [&](QString const& path) {
-            return loadFollower<database::presencesimulation::psi_data_t>(database.getPresenceSimulation(), path,
-                                                                        storedMajor);
-        },
-        notes);
+    bool const loaded = host_loading_t{&store, &liveStore, &presenceStore}.load(database, notes);
     for (QString const& note : std::as_const(notes))
         std::fprintf(stderr, "dbhost: %s\n", qPrintable(note));
+    if (!loaded) {
+        ::utility::logs::classlogs::getInstance()->flush();
+        return 2;
+    }
 
     host_session_t session(&database, &store, &liveStore, &presenceStore);
     // Beside a broker, standard input is this process's own: its end ends nothing.

@@ -1,4 +1,5 @@
 #include <QDir>
+#include <QElapsedTimer>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QProcess>
@@ -56,6 +57,22 @@ run_t runHost(QString const& folder, QByteArray const& input, QStringList const&
     }
     run.errors = QString::fromUtf8(host.readAllStandardError());
     return run;
+}
+
+/// Reads the host's standard error until it holds the text; false when the host
+/// ended or the time ran out first.
+bool waitForError(QProcess& host, QString& errors, QString const& text, int milliseconds = 30000)
+{
+    QElapsedTimer clock;
+    clock.start();
+    host.setReadChannel(QProcess::StandardError);
+    while (!errors.contains(text)) {
+        if (clock.elapsed() > milliseconds || host.state() != QProcess::Running)
+            return false;
+        host.waitForReadyRead(100);
+        errors += QString::fromUtf8(host.readAllStandardError());
+    }
+    return true;
 }
 
 QList<QJsonObject> withSignal(QList<QJsonObject> const& lines, QString const& signal)
@@ -123,6 +140,33 @@ private Q_SLOTS:
         QCOMPARE(second.value("items").toObject().value("objects_list").toObject().keys(),
                  (QStringList{"L1", "L4"}));
         QCOMPARE(readJson(folder + "/persistent.json.1"), saved);
+    }
+
+    void badLineIsSkippedAndSaid_data()
+    {
+        QTest::addColumn<QByteArray>("line");
+        QTest::addColumn<QString>("said");
+        QTest::newRow("no topic") << QByteArray(R"({"payload":1})") << "line 2 has no topic, skipped";
+        QTest::newRow("topic not a string") << QByteArray(R"({"topic":5,"payload":1})") << "line 2 has no topic, skipped";
+        QTest::newRow("array") << QByteArray("[1,2,3]") << "line 2 is not a JSON object, skipped";
+        QTest::newRow("string") << QByteArray(R"("request/DB/persistent/general")") << "line 2 is not a JSON object, skipped";
+        QTest::newRow("no JSON") << QByteArray("topic=general") << "line 2 is not a JSON object, skipped";
+    }
+
+    void badLineIsSkippedAndSaid()
+    {
+        QFETCH(QByteArray, line);
+        QFETCH(QString, said);
+        QTemporaryDir dir;
+        QString const folder = dir.filePath("data");
+        // The lines around it still count.
+        run_t const run = runHost(folder, itemLine("A", "before") + line + '\n' + itemLine("B", "after"));
+        QCOMPARE(run.exitCode, 0);
+        QVERIFY2(run.errors.contains("dbhost: " + said), qPrintable(run.errors));
+        QCOMPARE(withSignal(run.lines, "onPersistentChangeItem").size(), 2);
+        QCOMPARE(readJson(folder + "/persistent.json").value("items").toObject().value("objects_list").toObject()
+                     .keys(),
+                 (QStringList{"A", "B"}));
     }
 
     void malformedPacketDoesNotEndTheHost_data()
@@ -316,6 +360,51 @@ private Q_SLOTS:
         QCOMPARE(readJson(folder + "/persistent.json").value("items"), newestBackup.value("items"));
     }
 
+    void diskFullWhenLeavingIsTriedAgain()
+    {
+        if (!QFileInfo::exists("/dev/full"))
+            QSKIP("no /dev/full here");
+        QTemporaryDir dir;
+        QString const folder = dir.filePath("data");
+        QCOMPARE(runHost(folder, itemLine("A", "saved before")).exitCode, 0);
+        // The save at the end of input is the only one, and the disk is full for it.
+        QVERIFY(QFile::link("/dev/full", folder + "/persistent.json.tmp"));
+        run_t const run = runHost(folder, itemLine("B", "saved on leaving"));
+        QCOMPARE(run.exitCode, 0);
+        QVERIFY2(run.errors.contains("save failed: cannot write " + folder + "/persistent.json.tmp\n"),
+                 qPrintable(run.errors));
+        QVERIFY(run.errors.contains("trying the failed saves again in 1 s before leaving"));
+        QVERIFY(run.errors.contains("persistent.json saved again after failed saves"));
+        QCOMPARE(readJson(folder + "/persistent.json").value("items").toObject().value("objects_list").toObject()
+                     .keys(),
+                 (QStringList{"A", "B"}));
+    }
+
+    void fileOfANewerVersionIsLeftAlone()
+    {
+        QTemporaryDir dir;
+        QString const folder = dir.filePath("data");
+        QCOMPARE(runHost(folder, itemLine("A", "first")).exitCode, 0);
+        QCOMPARE(runHost(folder, itemLine("B", "second")).exitCode, 0);
+        QFile file(folder + "/persistent.json");
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        QByteArray const newer = file.readAll().replace("\"4.0.0\"", "\"9.1.0\"");
+        QVERIFY(file.resize(0) && file.write(newer) == newer.size());
+        file.close();
+        QStringList const before = QDir(folder).entryList(QDir::Files);
+
+        // Taken as this version's, its unknown parts would be dropped by the next save.
+        run_t const run = runHost(folder, itemLine("C", "third"));
+        QCOMPARE(run.exitCode, 2);
+        QVERIFY2(run.errors.contains(folder + "/persistent.json was written by a newer version of the database "
+                                              "(9.1.0; this one is 4.0.0): not started, nothing changed"),
+                 qPrintable(run.errors));
+        QVERIFY(run.lines.isEmpty());
+        QCOMPARE(QDir(folder).entryList(QDir::Files), before);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), newer);
+    }
+
     void firstRunCreatesTheFactoryDatabase()
     {
         QTemporaryDir dir;
@@ -326,6 +415,71 @@ private Q_SLOTS:
         QJsonObject const saved = readJson(folder + "/persistent.json");
         QCOMPARE(saved.value("drivers").toObject().value("knx_mode").toString(), QStringLiteral("baos"));
         QCOMPARE(saved.value("versions").toObject().value("database").toString(), QStringLiteral("4.0.0"));
+    }
+
+    void failedSavesAreRetriedAndEndInTheExitStatus_data()
+    {
+        QTest::addColumn<QString>("obstacle");
+        QTest::addColumn<bool>("freedWhileRunning");
+        QTest::addColumn<int>("exitCode");
+        // Permissions don't stop root: a folder where the temporary file goes does.
+        QTest::newRow("write refused, then allowed again") << "folder" << true << 0;
+        QTest::newRow("write refused to the end") << "folder" << false << 1;
+        // A disk that is full for one write: the failed temporary file goes, the retry saves.
+        if (QFileInfo::exists("/dev/full"))
+            QTest::newRow("disk full once") << "full disk" << false << 0;
+    }
+
+    void failedSavesAreRetriedAndEndInTheExitStatus()
+    {
+        QFETCH(QString, obstacle);
+        QFETCH(bool, freedWhileRunning);
+        QFETCH(int, exitCode);
+        QTemporaryDir dir;
+        QString const folder = dir.filePath("data");
+        QCOMPARE(runHost(folder, itemLine("A", "saved before")).exitCode, 0);
+        QByteArray const before = [&] {
+            QFile file(folder + "/persistent.json");
+            return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        }();
+        QString const temporary = folder + "/persistent.json.tmp";
+        if (obstacle == QLatin1String("folder"))
+            QVERIFY(QDir().mkdir(temporary));
+        else
+            QVERIFY(QFile::link("/dev/full", temporary));
+
+        QProcess host;
+        host.start(QStringLiteral(DBHOST), QStringList{"--data", folder, "--log-level", "2"});
+        QVERIFY(host.waitForStarted());
+        host.write(itemLine("B", "not saved yet"));
+        QString errors;
+        QVERIFY2(waitForError(host, errors, "save failed: cannot write " + temporary + "; retrying in 1 s"),
+                 qPrintable(errors));
+        if (obstacle == QLatin1String("folder")) {
+            // Still refused: the next try waits twice as long.
+            QVERIFY2(waitForError(host, errors, "; retrying in 2 s"), qPrintable(errors));
+            // Nothing was replaced meanwhile.
+            QFile current(folder + "/persistent.json");
+            QVERIFY(current.open(QIODevice::ReadOnly));
+            QCOMPARE(current.readAll(), before);
+        }
+        if (freedWhileRunning)
+            QVERIFY(QDir(temporary).removeRecursively());
+        if (exitCode == 0)
+            QVERIFY2(waitForError(host, errors, "persistent.json saved again after failed saves"), qPrintable(errors));
+        host.closeWriteChannel();
+        QVERIFY(host.waitForFinished(30000));
+        errors += QString::fromUtf8(host.readAllStandardError());
+        QCOMPARE(host.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(host.exitCode(), exitCode);
+        QJsonObject const items = readJson(folder + "/persistent.json").value("items").toObject()
+                                      .value("objects_list").toObject();
+        if (exitCode == 0) {
+            QCOMPARE(items.keys(), (QStringList{"A", "B"}));
+        } else {
+            QVERIFY2(errors.contains("the last save of " + folder + "/persistent.json failed"), qPrintable(errors));
+            QCOMPARE(items.keys(), QStringList{"A"});
+        }
     }
 
     void terminationSavesBeforeLeaving()

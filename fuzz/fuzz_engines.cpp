@@ -1,0 +1,98 @@
+#include "fuzz_engines.h"
+
+#include <QJsonDocument>
+
+#include "database/database_t.h"
+#include "database/definition/service_t.h"
+#include "database/definition/type_brand_t.h"
+#include "database/persistent/persistent_t.h"
+#include "database/presencesimulation/presencesimulation_t.h"
+#include "database/realtime/realtime_t.h"
+#include "fuzz_support.h"
+
+namespace fuzz {
+
+QString engineName(engine_t engine)
+{
+    switch (engine) {
+    case realtime: return QStringLiteral("realtime");
+    case presencesimulation: return QStringLiteral("presencesimulation");
+    default: return QStringLiteral("persistent");
+    }
+}
+
+bool update(database::database_t& database, engine_t engine, QJsonObject const& packet)
+{
+    switch (engine) {
+    case realtime: return database.getRealtime()->update(packet);
+    case presencesimulation: return database.getPresenceSimulation()->update(packet);
+    default: return database.getPersistent()->update(packet);
+    }
+}
+
+QJsonObject image(database::database_t& database, engine_t engine)
+{
+    switch (engine) {
+    case realtime: return database.getRealtime()->serialize(true);
+    case presencesimulation: return database.getPresenceSimulation()->serialize(true);
+    default: return database.getPersistent()->serialize(true);
+    }
+}
+
+bool loadFromJson(database::database_t& database, engine_t engine, QJsonObject document, int storedMajor)
+{
+    int result = 0;
+    bool loaded = false;
+    switch (engine) {
+    case realtime:
+        loaded = !database.getRealtime()->loadFromJson(document, storedMajor, result).isEmpty();
+        return loaded && result >= 0 && database.getRealtime()->getData();
+    case presencesimulation:
+        loaded = !database.getPresenceSimulation()->loadFromJson(document, storedMajor, result).isEmpty();
+        return loaded && result >= 0 && database.getPresenceSimulation()->getData();
+    default:
+        loaded = !database.getPersistent()->loadFromJson(document, result).isEmpty();
+        return loaded && result >= 0 && database.getPersistent()->getData();
+    }
+}
+
+void checkRoundTrip(engine_t engine, QJsonObject const& saved)
+{
+    static kept_database_t* const reloaded = new kept_database_t(database::definition::service_t::offline);
+    int const current = database::database_t::getVersion().section(QLatin1Char('.'), 0, 0).toInt();
+    if (!loadFromJson(reloaded->get(), engine, saved, current))
+        fail("a saved image does not load", QString::fromUtf8(QJsonDocument(saved).toJson()));
+    QJsonObject const again = image(reloaded->get(), engine);
+    drain();
+    if (again != saved)
+        fail("a saved image loads as another",
+             QString::fromUtf8(QJsonDocument(saved).toJson(QJsonDocument::Compact)) + QStringLiteral("\n---\n")
+                 + QString::fromUtf8(QJsonDocument(again).toJson(QJsonDocument::Compact)));
+}
+
+kept_database_t::kept_database_t(database::definition::service_t const& role)
+    : database(std::make_unique<database::database_t>(role, database::definition::type_brand_t::HALDO))
+{
+    drain();
+    for (engine_t engine : {persistent, realtime, presencesimulation})
+        images.at(engine) = image(*database, engine);
+    drain();
+}
+
+kept_database_t::~kept_database_t() = default;
+
+void kept_database_t::restore()
+{
+    int const current = database::database_t::getVersion().section(QLatin1Char('.'), 0, 0).toInt();
+    for (engine_t engine : {persistent, realtime, presencesimulation}) {
+        if (image(*database, engine) == images.at(engine))
+            continue;
+        bool const loaded = loadFromJson(*database, engine, images.at(engine), current);
+        drain();
+        if (!loaded || image(*database, engine) != images.at(engine))
+            fail("an engine does not load back its first image", engineName(engine));
+    }
+    drain();
+}
+
+} // namespace fuzz

@@ -1,0 +1,53 @@
+// Packets handed to update() of one engine (FUZZ_ENGINE) in each role. The
+// input is up to sixteen JSON lines, each one packet, so that the fuzzer can
+// build sequences (add an object, then change it). Faults: a memory error or
+// undefined behaviour, an exception the library caught and logged, and a state
+// left behind that doesn't save and load as it is.
+
+#include <QJsonObject>
+#include <QList>
+
+#include "database/database_t.h"
+#include "database/definition/service_t.h"
+#include "database/definition/type_brand_t.h"
+#include "fuzz_engines.h"
+#include "fuzz_support.h"
+
+using database::definition::service_t;
+
+namespace {
+
+constexpr auto engine = fuzz::engine_t(FUZZ_ENGINE);
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(uint8_t const* data, size_t size)
+{
+    QList<QJsonObject> const packets = fuzz::objectLines(data, size, 16);
+    if (packets.isEmpty())
+        return -1; // not worth keeping in the corpus
+    // Never destroyed: the run ends by exit(), and the façades outlive every input.
+    static fuzz::kept_database_t* const databases[] = {new fuzz::kept_database_t(service_t::server),
+                                                       new fuzz::kept_database_t(service_t::client),
+                                                       new fuzz::kept_database_t(service_t::offline)};
+    for (fuzz::kept_database_t* kept : databases) {
+        database::database_t& database = kept->get();
+        QJsonObject saved;
+        {
+            fuzz::exception_watch_t exceptions;
+            for (QJsonObject const& packet : packets) {
+                fuzz::update(database, engine, packet);
+                fuzz::drain();
+            }
+            saved = fuzz::image(database, engine);
+            fuzz::drain();
+            if (!exceptions.first().isEmpty())
+                fuzz::fail("an exception was caught inside the library", exceptions.first());
+        }
+        // What changed must save and load as it is; then the next input starts afresh.
+        if (saved != kept->first(engine))
+            fuzz::checkRoundTrip(engine, saved);
+        kept->restore();
+    }
+    return 0;
+}
