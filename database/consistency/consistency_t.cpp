@@ -1,6 +1,5 @@
 #include "database/consistency/consistency_t.h"
 
-#include <QElapsedTimer>
 #include <QSet>
 #include <QThreadPool>
 #include <QtConcurrent/QtConcurrentRun>
@@ -141,12 +140,12 @@ void consistency_t::logStep(QString const& what, int _step, int _numberstep, QSt
                             QString const& _message, char const* source)
 {
     if (_step == 0) {
-        step_clock = QTime::currentTime();
+        step_clock.start();
         step_total = 0;
     }
-    QTime const now = QTime::currentTime();
-    float const delta = float(step_clock.msecsTo(now)) / 1000;
-    step_clock = now;
+    float const delta = step_clock.isValid() ? float(step_clock.restart()) / 1000 : 0;
+    if (!step_clock.isValid())
+        step_clock.start();
     step_total += delta;
     log(what + QStringLiteral(" consynstecy check step ") + QString::number(_step) + QLatin1Char('/')
             + QString::number(_numberstep) + QLatin1Char(' ') + _field + QStringLiteral(": ") + _message

@@ -1,11 +1,11 @@
 #ifndef DATABASE_CONSISTENCY_CONSISTENCY_T_H
 #define DATABASE_CONSISTENCY_CONSISTENCY_T_H
 
+#include <QElapsedTimer>
 #include <QFuture>
 #include <QObject>
 #include <QString>
 #include <QStringList>
-#include <QTime>
 #include <QTimer>
 
 #include <atomic>
@@ -67,7 +67,8 @@ private:
                  char const* source);
     void log(QString const& message, ::utility::logs::LogLevel level, char const* source) const;
 
-    QTime step_clock;
+    // Monotonic: a step across midnight or a change of the clock still measures right.
+    QElapsedTimer step_clock;
     float step_total = 0;
     database_t* database = nullptr;
     // Set on the thread of the check, read on the thread of the timer.

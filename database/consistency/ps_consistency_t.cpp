@@ -71,8 +71,10 @@ bool clearGoneItems(ps_object_thermostat_t* thermostat, Gone gone)
         }
     };
     clearField(thermostat->getIdWindowsContact(), [&](QString const& v) { thermostat->setIdWindowsContact(v); });
-    clearField(thermostat->getThermo()->getIdActual(), [&](QString const& v) { thermostat->getThermo()->setIdActual(v); });
-    clearField(thermostat->getHydro()->getIdActual(), [&](QString const& v) { thermostat->getHydro()->setIdActual(v); });
+    clearField(thermostat->getThermo()->getIdActual(),
+               [&](QString const& v) { thermostat->getThermo()->setIdActual(v); });
+    clearField(thermostat->getHydro()->getIdActual(),
+               [&](QString const& v) { thermostat->getHydro()->setIdActual(v); });
     clearMap(thermostat->getThermo());
     clearMap(thermostat->getHydro());
     return cleared;
@@ -121,8 +123,8 @@ void ps_consistency_t::check(QStringList _howCheck, bool _realtime)
     if (inRun.exchange(true))
         return;
     persistent_t* engine = database ? database->getPersistent() : nullptr;
-    bool const owner = engine
-        && (engine->getService() == service_t::server || engine->getService() == service_t::offline);
+    bool const owner
+        = engine && (engine->getService() == service_t::server || engine->getService() == service_t::offline);
     if (!owner) {
         // A client follows its server's repairs and makes none of its own.
         inRun = false;
@@ -137,42 +139,8 @@ void ps_consistency_t::check(QStringList _howCheck, bool _realtime)
     {
         QMutexLocker locker(engine->getAccessMutex());
         data = engine->getData();
-        if (data) {
-            numberstep = 11;
-            step = 0;
-            map_stringlist rooms;
-            QStringList elements;
-            map_stringlist elementToItem;
-            map_stringlist itemToElement;
-            map_stringlist scenaryToElement;
-            map_stringlist thermoToElement;
-            data->getElements()->getElements(rooms, elements);
-            report(QStringLiteral("CONSISTENCY"), QStringLiteral("START"), true);
-            // Elements come first: they fill the tables that the others read.
-            check_elements(rooms, elements, elementToItem, itemToElement, scenaryToElement, thermoToElement);
-            report(QStringLiteral("ELEMENTS"), QStringLiteral("Checked"), true);
-            check_elements_items(itemToElement);
-            report(QStringLiteral("ITEMS"), QStringLiteral("Checked"), true);
-            check_elements_smart_button();
-            report(QStringLiteral("SMARTBUTTON"), QStringLiteral("Checked"), true);
-            check_elements_presence_simualtion();
-            report(QStringLiteral("PRESENCE SIMULATION"), QStringLiteral("Checked"), true);
-            // Scenarios before the schedules and rules that may name them.
-            check_scenary_objects(itemToElement, scenaryToElement);
-            report(QStringLiteral("SCENARY"), QStringLiteral("Checked object"), true);
-            check_thermo_objects(thermoToElement);
-            report(QStringLiteral("THERMO"), QStringLiteral("Checked object"), true);
-            check_scheduler_objects(itemToElement);
-            report(QStringLiteral("SCHEDULERS"), QStringLiteral("Checked"), true);
-            check_rules_objects(itemToElement);
-            report(QStringLiteral("RULES"), QStringLiteral("Checked"), true);
-            check_users();
-            report(QStringLiteral("USERS"), QStringLiteral("Checked"), true);
-            check_driver_clock();
-            report(QStringLiteral("CLOCK"), QStringLiteral("Checked"), true);
-            check_notification();
-            report(QStringLiteral("NOTIFICATION"), QStringLiteral("Checked"), true);
-        }
+        if (data)
+            run();
         data = nullptr;
     }
     log(QStringLiteral("Consistency persistent check time: ") + QString::number(clock.elapsed() / 1000)
@@ -185,6 +153,40 @@ void ps_consistency_t::check(QStringList _howCheck, bool _realtime)
     Q_EMIT onPersistentConsistencyInRun(false);
 }
 
+void ps_consistency_t::run()
+{
+    numberstep = 11;
+    step = 0;
+    tables_t tables;
+    data->getElements()->getElements(tables._rooms, tables._elements);
+    report(QStringLiteral("CONSISTENCY"), QStringLiteral("START"), true);
+    map_stringlist& itemToElement = tables.tmp_item_to_element;
+    struct row_t {
+        char const* field;
+        char const* message;
+        std::function<void()> check;
+    };
+    // Elements first: they fill the tables. Scenarios before the schedules
+    // and rules that may name them, so that a scenario gone here is missing there.
+    row_t const rows[] = {
+        {"ELEMENTS", "Checked", [&] { check_elements(tables); }},
+        {"ITEMS", "Checked", [&] { check_elements_items(itemToElement); }},
+        {"SMARTBUTTON", "Checked", [&] { check_elements_smart_button(); }},
+        {"PRESENCE SIMULATION", "Checked", [&] { check_elements_presence_simualtion(); }},
+        {"SCENARY", "Checked object", [&] { check_scenary_objects(itemToElement, tables._scenary_to_element); }},
+        {"THERMO", "Checked object", [&] { check_thermo_objects(tables._thermo_to_element); }},
+        {"SCHEDULERS", "Checked", [&] { check_scheduler_objects(itemToElement); }},
+        {"RULES", "Checked", [&] { check_rules_objects(itemToElement); }},
+        {"USERS", "Checked", [&] { check_users(); }},
+        {"CLOCK", "Checked", [&] { check_driver_clock(); }},
+        {"NOTIFICATION", "Checked", [&] { check_notification(); }},
+    };
+    for (row_t const& row : rows) {
+        row.check();
+        report(QString::fromLatin1(row.field), QString::fromLatin1(row.message), true);
+    }
+}
+
 void ps_consistency_t::report(QString const& field, QString const& message, bool advance)
 {
     Q_EMIT onPersistentConsistencyStep(step, numberstep, field, message);
@@ -192,19 +194,16 @@ void ps_consistency_t::report(QString const& field, QString const& message, bool
         ++step;
 }
 
-void ps_consistency_t::check_elements(map_stringlist& _rooms, QStringList& _elements,
-                                      map_stringlist& tmp_elemet_to_item, map_stringlist& tmp_item_to_element,
-                                      map_stringlist& _scenary_to_element, map_stringlist& _thermo_to_element)
+void ps_consistency_t::check_elements(tables_t& tables)
 {
     QString const field = QStringLiteral("ELEMENTS");
-    check_elements_page_stack(_rooms);
+    check_elements_page_stack(tables._rooms);
     report(field, QStringLiteral("Checked page stack"), false);
-    check_elements_rooms_floor(_rooms);
+    check_elements_rooms_floor(tables._rooms);
     report(field, QStringLiteral("Checked rooms"), false);
-    check_elements_elements_elements_room(_rooms, _elements, tmp_elemet_to_item, tmp_item_to_element,
-                                          _scenary_to_element, _thermo_to_element);
+    check_elements_elements_elements_room(tables);
     report(field, QStringLiteral("Checked elements in rooms"), false);
-    check_elements_elements_room_elements(_rooms);
+    check_elements_elements_room_elements(tables._rooms);
     report(field, QStringLiteral("Checked rooms in elements"), false);
 }
 
@@ -264,11 +263,7 @@ void ps_consistency_t::check_elements_rooms_floor(map_stringlist& _rooms)
     }
 }
 
-void ps_consistency_t::check_elements_elements_elements_room(map_stringlist& _rooms, QStringList& _elements,
-                                                             map_stringlist& tmp_elemet_to_item,
-                                                             map_stringlist& tmp_item_to_element,
-                                                             map_stringlist& _scenary_to_element,
-                                                             map_stringlist& _thermo_to_element)
+void ps_consistency_t::check_elements_elements_elements_room(tables_t& tables)
 {
     char const* source = "check_elements_elements_elements_room";
     ps_elements_t* elements = data->getElements();
@@ -277,8 +272,9 @@ void ps_consistency_t::check_elements_elements_elements_room(map_stringlist& _ro
     ps_thermostat_map const thermostats = data->getThermo()->getObjects();
     ps_users_map const users = data->getUsers()->getObjects();
     auto warn = [&](QString const& line) { log(line, ::utility::logs::warning, source); };
+    map_stringlist& _rooms = tables._rooms;
 
-    for (QString const& id : std::as_const(_elements)) {
+    for (QString const& id : std::as_const(tables._elements)) {
         ps_object_element_t* element = elements->getObjects().value(id);
         if (!element)
             continue;
@@ -305,7 +301,8 @@ void ps_consistency_t::check_elements_elements_elements_room(map_stringlist& _ro
             element->setRooms(rooms);
 
         QVariantMap auth = element->getAuth();
-        QStringList const goneUsers = dropUnknown(auth, false, [&](QString const& user) { return users.contains(user); });
+        QStringList const goneUsers
+            = dropUnknown(auth, false, [&](QString const& user) { return users.contains(user); });
         for (QString const& user : goneUsers)
             warn(QStringLiteral("Remove auth ") + user + QStringLiteral(" from element ") + id);
         if (!goneUsers.isEmpty()) {
@@ -321,14 +318,14 @@ void ps_consistency_t::check_elements_elements_elements_room(map_stringlist& _ro
         }
         for (QVariant const& value : std::as_const(functions)) {
             QString const item = value.toString();
-            tmp_elemet_to_item[id].append(item);
-            tmp_item_to_element[item].append(id);
+            tables.tmp_elemet_to_item[id].append(item);
+            tables.tmp_item_to_element[item].append(id);
         }
 
         if (auto* logic = qobject_cast<psoe_thermo_logic*>(element)) {
             QString const thermostat = logic->getThermo_id();
             if (thermostats.contains(thermostat)) {
-                _thermo_to_element[thermostat].append(id);
+                tables._thermo_to_element[thermostat].append(id);
             } else {
                 elements->update_remove_element_from_list(id);
                 warn(QStringLiteral("Remove thermo element ") + id + QStringLiteral("because thermo not exist"));
@@ -340,7 +337,7 @@ void ps_consistency_t::check_elements_elements_elements_room(map_stringlist& _ro
                 elements->update_remove_element_from_list(id);
                 warn(QStringLiteral("Remove scenary element ") + id + QStringLiteral("because scenary not exist"));
             } else {
-                _scenary_to_element[scene].append(id);
+                tables._scenary_to_element[scene].append(id);
             }
         }
         if (changed)
@@ -372,7 +369,8 @@ void ps_consistency_t::check_elements_elements_room_elements(map_stringlist& _ro
             _rooms[id] = list;
         }
         QVariantMap auth = room->getAuth();
-        QStringList const goneUsers = dropUnknown(auth, false, [&](QString const& user) { return users.contains(user); });
+        QStringList const goneUsers
+            = dropUnknown(auth, false, [&](QString const& user) { return users.contains(user); });
         for (QString const& user : goneUsers)
             log(QStringLiteral("Remove auth ") + user + QStringLiteral(" from room ") + id, ::utility::logs::warning,
                 source);
@@ -456,8 +454,8 @@ void ps_consistency_t::check_elements_presence_simualtion()
         ::utility::logs::warning, "check_elements_presence_simualtion");
 }
 
-QStringList ps_consistency_t::faultyActions(ps_objects_map const& actions, QString const& prefix,
-                                            judge_t const& judge, char const* source) const
+QStringList ps_consistency_t::faultyActions(ps_objects_map const& actions, QString const& prefix, judge_t const& judge,
+                                            char const* source) const
 {
     QStringList faulty;
     for (auto it = actions.begin(); it != actions.end(); ++it) {
@@ -472,8 +470,7 @@ QStringList ps_consistency_t::faultyActions(ps_objects_map const& actions, QStri
     return faulty;
 }
 
-void ps_consistency_t::check_scenary_objects(map_stringlist& tmp_item_to_element,
-                                             map_stringlist& _scenary_to_element)
+void ps_consistency_t::check_scenary_objects(map_stringlist& tmp_item_to_element, map_stringlist& _scenary_to_element)
 {
     ps_scenary_t* scenary = data->getScenary();
     ps_items_map const items = data->getItems()->getObjects();
@@ -514,9 +511,8 @@ void ps_consistency_t::check_scenary_objects(map_stringlist& tmp_item_to_element
                 return {QStringLiteral(" not valid object type"), ::utility::logs::info};
             return known ? verdict_t{} : verdict_t{orphan, ::utility::logs::info};
         };
-        QStringList const faulty = faultyActions(scenario->getObjects(),
-                                                 name() + QStringLiteral("In scenary ") + id, judge,
-                                                 "check_scenary_objects");
+        QStringList const faulty = faultyActions(scenario->getObjects(), name() + QStringLiteral("In scenary ") + id,
+                                                 judge, "check_scenary_objects");
         // An action of an unknown kind can't be judged later either: it goes at once.
         ps_objects_map const actions = scenario->getObjects();
         for (QString const& key : faulty) {
@@ -556,7 +552,7 @@ void ps_consistency_t::check_thermo_objects(map_stringlist& _thermo_to_element)
 }
 
 ps_consistency_t::judge_t ps_consistency_t::schedulerJudge(map_stringlist const& tmp_item_to_element,
-                                                            QString const& elementId) const
+                                                           QString const& elementId) const
 {
     ps_object_element_t const* element = data->getElements()->getObjects().value(elementId);
     bool const scenarioElement = isType(element, ps_object_element_t::ELEMENT_TYPE_SCENARIO);
@@ -626,9 +622,8 @@ void ps_consistency_t::check_scheduler_objects(map_stringlist& tmp_item_to_eleme
                 scheduler->update_astro(astro.key(), nullptr, true);
                 continue;
             }
-            QStringList const faulty = faultyActions(astro.value()->getObjects(),
-                                                     prefix + QStringLiteral(" in astro ") + astro.key(), judge,
-                                                     source);
+            QStringList const faulty = faultyActions(
+                astro.value()->getObjects(), prefix + QStringLiteral(" in astro ") + astro.key(), judge, source);
             if (!faulty.isEmpty())
                 astro.value()->update_remove_objects(faulty, true);
         }

@@ -51,19 +51,27 @@ public Q_SLOTS:
     void check(QStringList _howCheck, bool _realtime);
     void check(QStringList _howCheck);
 
+private:
+    /// The tables of one run: built by the check of the elements, read by the
+    /// checks after it.
+    struct tables_t {
+        /// Room element id, its element list.
+        persistent::map_stringlist _rooms;
+        /// Every element that is neither room nor page.
+        QStringList _elements;
+        /// Element id, the items of its function map; and the other way round.
+        persistent::map_stringlist tmp_elemet_to_item;
+        persistent::map_stringlist tmp_item_to_element;
+        /// Scenario id, its scenario elements; thermostat id, its thermo-logic elements.
+        persistent::map_stringlist _scenary_to_element;
+        persistent::map_stringlist _thermo_to_element;
+    };
+
 private Q_SLOTS:
-    void check_elements(persistent::map_stringlist& _rooms, QStringList& _elements,
-                        persistent::map_stringlist& tmp_elemet_to_item,
-                        persistent::map_stringlist& tmp_item_to_element,
-                        persistent::map_stringlist& _scenary_to_element,
-                        persistent::map_stringlist& _thermo_to_element);
+    void check_elements(tables_t& tables);
     void check_elements_page_stack(persistent::map_stringlist& _rooms);
     void check_elements_rooms_floor(persistent::map_stringlist& _rooms);
-    void check_elements_elements_elements_room(persistent::map_stringlist& _rooms, QStringList& _elements,
-                                               persistent::map_stringlist& tmp_elemet_to_item,
-                                               persistent::map_stringlist& tmp_item_to_element,
-                                               persistent::map_stringlist& _scenary_to_element,
-                                               persistent::map_stringlist& _thermo_to_element);
+    void check_elements_elements_elements_room(tables_t& tables);
     void check_elements_elements_room_elements(persistent::map_stringlist& _rooms);
     void check_elements_items(persistent::map_stringlist& tmp_item_to_element);
     void check_elements_smart_button();
@@ -96,6 +104,8 @@ private:
     judge_t schedulerJudge(persistent::map_stringlist const& tmp_item_to_element, QString const& elementId) const;
     /// Whether an item reference is set and names no item; clears nothing.
     bool danglingItem(QString const& id) const;
+    /// Steps 0 to 11: the tables, then every check in its order, each with its report.
+    void run();
     /// Emits the report of the present step; advance moves on to the next one.
     void report(QString const& field, QString const& message, bool advance);
     void log(QString const& message, ::utility::logs::LogLevel level, char const* source) const;

@@ -187,22 +187,18 @@ bool rt_consistency_t::check_driver_knx(bool softreset, bool save)
 {
     Q_UNUSED(softreset);
     log(QStringLiteral("Sync drivers knx .. "), ::utility::logs::trace, "check_driver_knx");
-    bool const changed = syncBusStatus<rt_object_driver_knx_status_t>(
-        configured->getDrivers()->getKnx()->getBus().keys(), live->getDrivers()->getKnx());
-    if (changed && save)
-        requestSave();
-    return changed;
+    return saveIf(save,
+                  syncBusStatus<rt_object_driver_knx_status_t>(configured->getDrivers()->getKnx()->getBus().keys(),
+                                                               live->getDrivers()->getKnx()));
 }
 
 bool rt_consistency_t::check_driver_baos(bool softreset, bool save)
 {
     Q_UNUSED(softreset);
     log(QStringLiteral("Sync drivers baos .. "), ::utility::logs::trace, "check_driver_baos");
-    bool const changed = syncBusStatus<rt_object_driver_baos_status_t>(
-        configured->getDrivers()->getBaos()->getBus().keys(), live->getDrivers()->getBaos());
-    if (changed && save)
-        requestSave();
-    return changed;
+    return saveIf(save,
+                  syncBusStatus<rt_object_driver_baos_status_t>(configured->getDrivers()->getBaos()->getBus().keys(),
+                                                                live->getDrivers()->getBaos()));
 }
 
 bool rt_consistency_t::check_driver_internal(bool softreset, bool save)
@@ -233,9 +229,11 @@ bool rt_consistency_t::check_notify()
             log(QStringLiteral("Error to resize ") + kind + QStringLiteral(" notification"), ::utility::logs::error,
                 source);
     };
-    fit(QStringLiteral("user"), [&] { return notify->getUserNotify().size(); }, limits->getMaxUserNotification(),
+    fit(
+        QStringLiteral("user"), [&] { return notify->getUserNotify().size(); }, limits->getMaxUserNotification(),
         &realtime::dbs::rt_notify_t::resizeUserNotification);
-    fit(QStringLiteral("system"), [&] { return notify->getSysNotify().size(); }, limits->getMaxSysNotification(),
+    fit(
+        QStringLiteral("system"), [&] { return notify->getSysNotify().size(); }, limits->getMaxSysNotification(),
         &realtime::dbs::rt_notify_t::resizeSysNotification);
     return changed;
 }
@@ -255,16 +253,14 @@ bool rt_consistency_t::check_scenary(bool softreset, bool save)
     realtime::dbs::rt_scenary_t* scenary = live->getScenary();
     if (softreset)
         scenary->update(realtime::rt_scenary_map(), true);
-    bool const changed = syncKeys(
-        configured->getScenary()->getObjects().keys(), scenary->getObjects().keys(),
-        [&](QString const& key) { scenary->update_scenary(key, nullptr, true); },
-        [&](QString const& key) {
-            rt_object_scenary_t fresh(nullptr);
-            scenary->update_scenary(key, &fresh, true);
-        });
-    if (changed && save)
-        requestSave();
-    return changed;
+    return saveIf(save,
+                  syncKeys(
+                      configured->getScenary()->getObjects().keys(), scenary->getObjects().keys(),
+                      [&](QString const& key) { scenary->update_scenary(key, nullptr, true); },
+                      [&](QString const& key) {
+                          rt_object_scenary_t fresh(nullptr);
+                          scenary->update_scenary(key, &fresh, true);
+                      }));
 }
 
 bool rt_consistency_t::check_schedulers(bool softreset, bool save)
@@ -289,6 +285,13 @@ bool rt_consistency_t::check_system(bool softreset, bool save)
 void rt_consistency_t::requestSave() const
 {
     Q_EMIT engine->onSaveRequest();
+}
+
+bool rt_consistency_t::saveIf(bool save, bool changed) const
+{
+    if (changed && save)
+        requestSave();
+    return changed;
 }
 
 void rt_consistency_t::log(QString const& message, ::utility::logs::LogLevel level, char const* source) const

@@ -18,7 +18,7 @@ class ps_data_t;
 namespace realtime {
 class realtime_t;
 class rt_data_t;
-}
+} // namespace realtime
 
 /**
  * Brings the realtime tree in step with the persistent one: every configured
@@ -59,6 +59,8 @@ private:
 
     /// Asks the host to save the realtime database.
     void requestSave() const;
+    /// Asks for the save when save is set and something changed; gives changed.
+    bool saveIf(bool save, bool changed) const;
     void log(QString const& message, ::utility::logs::LogLevel level, char const* source) const;
 
     database_t* database = nullptr;

@@ -252,11 +252,7 @@ bool persistent_t::serializeUnlessBusy(bool force)
 {
     // A consistency check on the pool may be walking the tree under the
     // access mutex, or a handler of this thread holds it: the timer tries again.
-    if (!access_mutex->tryLock())
-        return false;
-    serialize(force);
-    access_mutex->unlock();
-    return true;
+    return base::json_image_t::whenFree(access_mutex, [&] { serialize(force); });
 }
 
 void persistent_t::_onRequest(QJsonObject _packet)

@@ -87,8 +87,9 @@ private Q_SLOTS:
             R"({"thermo/objects_list/TH1/thermo/season": 0, "scenary/objects_list/S1/execution": false,
                 "drivers/driver_knx/status/1/loop_execution": false,
                 "drivers/driver_baos/status/2/loop_execution": false})",
-            true, {"6 Sync thermo realtime .... ", "6 Sync scenary .. ", "6 Sync drivers knx .. ",
-                   "6 Sync drivers baos .. "});
+            true,
+            {"6 Sync thermo realtime .... ", "6 Sync scenary .. ", "6 Sync drivers knx .. ",
+             "6 Sync drivers baos .. "});
         row("a heating-only thermostat is put in heating", false, false, true,
             R"({"thermo/objects_list/TH1/thermo/seasontype": 1})", R"({"thermo/objects_list/TH1": {}})",
             R"({"thermo/objects_list/TH1/thermo/season": 1})", true, {});
@@ -98,11 +99,11 @@ private Q_SLOTS:
                 "notify/sys_list": {"1": {"name": "a"}, "2": {"name": "b"}, "3": {"name": "c"}}})",
             R"({"notify/user_list/1": null, "notify/user_list/2/name": "b", "notify/sys_list/1": null,
                 "notify/sys_list/3/name": "c"})",
-            true, {"6 Check size user notification", "6 Check size system notification",
-                   "2 Error to resize system notification"});
+            true,
+            {"6 Check size user notification", "6 Check size system notification",
+             "2 Error to resize system notification"});
         row("an offline soft reset starts the sun times again", true, true, false, "{}",
-            R"({"astronomical/sunset": "19:00"})", R"({"astronomical/sunset": ""})", true,
-            {"6 Sync astronomical .. "});
+            R"({"astronomical/sunset": "19:00"})", R"({"astronomical/sunset": ""})", true, {"6 Sync astronomical .. "});
         row("a server's sun times survive a soft reset", false, true, false, "{}",
             R"({"astronomical/sunset": "19:00"})", R"({"astronomical/sunset": "19:00"})", false,
             {"6 Sync rules .. not implemented", "6 Sync scheduler .. not implemented"});
@@ -127,16 +128,10 @@ private Q_SLOTS:
         // Counted at once: rebuilding the image for the reads below asks for a save of its own.
         QCOMPARE(saves.count() > 0, saveRequested);
         QCoreApplication::processEvents();
-        for (auto it = expected.begin(); it != expected.end(); ++it) {
-            QJsonValue const actual = database::utility::getJsonValue(QJsonDocument(live()->getJdata()), it.key());
-            if (it.value().isNull())
-                QVERIFY2(actual.isUndefined() || actual.isNull(), qPrintable(it.key() + " is still there"));
-            else
-                QCOMPARE(actual, it.value());
-        }
-        QVERIFY(logs.contains("Consistency realtime check time: 0 second", 4));
-        for (QString const& line : lines)
-            QVERIFY2(logs.contains(line.section(' ', 1), line.section(' ', 0, 0).toInt()), qPrintable(line));
+        QString const difference = firstDifference(live()->getJdata(), expected);
+        QVERIFY2(difference.isEmpty(), qPrintable(difference));
+        lines.append("4 Consistency realtime check time: 0 second");
+        QVERIFY2(logs.missing(lines).isEmpty(), qPrintable(logs.missing(lines)));
     }
 
     void secondRunChangesNothing()

@@ -55,6 +55,16 @@ public:
 
     bool contains(QString const& text, int level = 0) const { return !matching(text, level).isEmpty(); }
 
+    /// The first of lines, each written "<level> <text>", that wasn't logged; empty when all were.
+    QString missing(QStringList const& lines) const
+    {
+        for (QString const& line : lines) {
+            if (!contains(line.section(QLatin1Char(' '), 1), line.section(QLatin1Char(' '), 0, 0).toInt()))
+                return line;
+        }
+        return QString();
+    }
+
     QList<::utility::logs::logrecord> records;
 
 private:

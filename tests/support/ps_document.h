@@ -1,13 +1,17 @@
 #ifndef TESTS_SUPPORT_PS_DOCUMENT_H
 #define TESTS_SUPPORT_PS_DOCUMENT_H
 
+#include <QCoreApplication>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QJsonValue>
 #include <QString>
+#include <QTest>
 
 #include "database/default/persistent/ps_default_t.h"
+#include "database/persistent/persistent_t.h"
 #include "database/utility/utility.h"
+#include "support/log_capture.h"
 
 /// Writes each value of changes at its path ("section/key/..."); a null value
 /// removes what the path names.
@@ -24,6 +28,46 @@ inline void applyChanges(QJsonObject& document, QJsonObject const& changes)
 inline QJsonObject jsonObject(char const* text)
 {
     return QJsonDocument::fromJson(QByteArray(text)).object();
+}
+
+/// What a path names when it names nothing.
+inline bool absent(QJsonValue const& value)
+{
+    return value.isUndefined() || value.isNull();
+}
+
+/// The first path of expected whose value in document differs (null: the path
+/// names nothing); empty when all agree.
+inline QString firstDifference(QJsonObject const& document, QJsonObject const& expected)
+{
+    for (auto it = expected.begin(); it != expected.end(); ++it) {
+        QJsonValue const actual = database::utility::getJsonValue(QJsonDocument(document), it.key());
+        if (it.value().isNull() ? !absent(actual) : actual != it.value())
+            return it.key() + QStringLiteral(" is ")
+                + QString::fromUtf8(QJsonDocument(QJsonObject{{"v", actual}}).toJson(QJsonDocument::Compact));
+    }
+    return QString();
+}
+
+/// Waits until logs hold one more end of a consistency check than before,
+/// and the repairs it made have reached the engines.
+template<class Start>
+bool checkedAfter(log_capture_t const& logs, Start start)
+{
+    QString const end = QStringLiteral("Consistency check time: ");
+    qsizetype const before = logs.matching(end).size();
+    if (!start())
+        return false;
+    bool const ended = QTest::qWaitFor([&] { return logs.matching(end).size() > before; }, 20000);
+    QCoreApplication::processEvents();
+    return ended;
+}
+
+/// Loads document into engine and waits for the check that the load asks for.
+inline bool loadChecked(database::persistent::persistent_t* engine, QJsonObject document, log_capture_t const& logs)
+{
+    int result = 0;
+    return checkedAfter(logs, [&] { return !engine->loadFromJson(document, result).isEmpty(); });
 }
 
 /// The factory document with one object of each kind, every reference among

@@ -88,16 +88,16 @@ void migration_1_t::updateObjectUser(QJsonObject& users, QString const& id, QJso
 void migration_1_t::createAdmin(QJsonObject& users, QJsonObject const& credentials)
 {
     if (credentials.contains(QStringLiteral("admin")))
-        updateObjectUser(users, QStringLiteral("99"),
-                         createObjectUser(QStringLiteral("admin"), -1,
-                                          credentials.value(QStringLiteral("admin")).toString()));
+        updateObjectUser(
+            users, QStringLiteral("99"),
+            createObjectUser(QStringLiteral("admin"), -1, credentials.value(QStringLiteral("admin")).toString()));
 }
 
 void migration_1_t::createAdminBaos(QJsonObject& users, QJsonObject const& credentials)
 {
-    updateObjectUser(users, QStringLiteral("99"),
-                     createObjectUser(QStringLiteral("admin"), -1,
-                                      credentials.value(QStringLiteral("manager")).toString()));
+    updateObjectUser(
+        users, QStringLiteral("99"),
+        createObjectUser(QStringLiteral("admin"), -1, credentials.value(QStringLiteral("manager")).toString()));
 }
 
 void migration_1_t::createDefaultAdmin(QJsonObject& users, QString const& pin)

@@ -53,7 +53,8 @@ void migration_2_t::migrateElements(QJsonObject& document)
 
 void migration_2_t::migrateElementRgbInterpreted(QJsonObject& document)
 {
-    QString const rgbClass = QString::fromLatin1(psoe_rgb::staticMetaObject.className()).section(QStringLiteral("::"), -1);
+    QString const rgbClass
+        = QString::fromLatin1(psoe_rgb::staticMetaObject.className()).section(QStringLiteral("::"), -1);
     QJsonObject const items = valueAt(document, QStringLiteral("items/objects_list")).toObject();
     auto isColourByte = [&](QString const& id) {
         QJsonObject const item = items.value(id).toObject();

@@ -41,7 +41,8 @@ void migration_4_t::migrate_persistent(::database::definition::type_brand_t cons
             } else if (type == QLatin1String("psoe_thermo_logic")) {
                 QString const thermoId = element.value(QStringLiteral("thermo_id")).toString();
                 if (thermostats.contains(thermoId)) {
-                    QJsonObject thermo = thermostats.value(thermoId).toObject().value(QStringLiteral("thermo")).toObject();
+                    QJsonObject thermo
+                        = thermostats.value(thermoId).toObject().value(QStringLiteral("thermo")).toObject();
                     thermo.insert(QStringLiteral("seasontype"), int(!getFlag(flags, kThermoLogicWinSum)));
                     writeAt(changed, QStringLiteral("thermo/objects_list/") + thermoId + QStringLiteral("/thermo"),
                             thermo);
