@@ -105,12 +105,12 @@ void rt_consistency_t::check(bool softreset, bool _save)
             changed = check_system(softreset, false) | changed;
         }
         configured = nullptr;
+        engine = nullptr;
         live = nullptr;
         twin = nullptr;
     }
     if (changed && _save)
-        requestSave();
-    engine = nullptr;
+        Q_EMIT realtime->onSaveRequest();
     log(QStringLiteral("Consistency realtime check time: ") + QString::number(clock.elapsed() / 1000)
             + QStringLiteral(" second"),
         ::utility::logs::info, "check");
