@@ -6,6 +6,7 @@
 
 #include "database/base/literals.h"
 #include "database/command/command_t.h"
+#include "database/consistency/consistency_t.h"
 #include "database/default/persistent/ps_default_t.h"
 #include "database/default/realtime/rt_default_t.h"
 #include "database/definition/type_knx_mode_t.h"
@@ -27,6 +28,27 @@ namespace database {
 namespace {
 
 QString const kVersion = QStringLiteral("4.0.0");
+
+/// The wishes for a consistency check of sender reach the driver, queued: the
+/// synchronous one too, since its name says how the check runs, not how the
+/// wish arrives.
+template<class Sender>
+void wireConsistency(Sender* sender, consistency_t* consistency, bool connect)
+{
+    if (!sender || !consistency)
+        return;
+    if (connect) {
+        QObject::connect(sender, &Sender::consistency_check_async, consistency,
+                         &consistency_t::consistency_check_async, Qt::QueuedConnection);
+        QObject::connect(sender, &Sender::consistency_check_sync, consistency, &consistency_t::consistency_check_sync,
+                         Qt::QueuedConnection);
+    } else {
+        QObject::disconnect(sender, &Sender::consistency_check_async, consistency,
+                            &consistency_t::consistency_check_async);
+        QObject::disconnect(sender, &Sender::consistency_check_sync, consistency,
+                            &consistency_t::consistency_check_sync);
+    }
+}
 
 } // namespace
 
@@ -50,6 +72,7 @@ database_t::database_t(::database::definition::service_t const& _service,
     persistent::ps_default_t::getInstance()->setKnx_mode(mode);
     realtime::rt_default_t::createInstance(brand);
     migration::migration_t::createInstance(brand);
+    consistency = new consistency_t(this, nullptr);
     createEngines();
     createHandlers();
     initrr(true);
@@ -62,6 +85,7 @@ database_t::database_t(QObject* parent)
 {
     log(name + QStringLiteral("Starting database engine ..."), ::utility::logs::info, "database_t");
     service = ::database::definition::service_t::client;
+    consistency = new consistency_t(this, nullptr);
     createEngines();
     createHandlers();
     setOfflineHandler();
@@ -71,6 +95,7 @@ database_t::database_t(QObject* parent)
 database_t::database_t(database_t const& other)
     : QObject(nullptr)
 {
+    consistency = new consistency_t(this, nullptr);
     // The engines exist before the name and the role are handed on to them.
     persistent = new persistent::persistent_t(*other.persistent);
     realtime = new realtime::realtime_t(*other.realtime);
@@ -96,6 +121,8 @@ database_t::~database_t()
     delete psi_handler_status;
     delete rt_handler_status;
     delete rt_handler_request;
+    // Before the engines: it waits for a check in flight, which walks them.
+    delete consistency;
     delete persistent;
     delete realtime;
     delete presencesimulation;
@@ -240,6 +267,8 @@ void database_t::initInternalEvent(bool connect)
                             &persistent::ps_handler_topic_t::onPersistentUpdatedSomething, this,
                             &database_t::onPersistentUpdatedSomething);
     }
+    wireConsistency(persistent, consistency, connect);
+    wireConsistency(ps_handler_request.data(), consistency, connect);
 }
 
 void database_t::resetDatabase()

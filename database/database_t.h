@@ -37,6 +37,7 @@ class psi_handler_request_t;
 class psi_handler_status_t;
 class rt_handler_status_t;
 class rt_handler_request_t;
+class consistency_t;
 
 /**
  * The one object a host process creates. It brings up the library's
@@ -84,6 +85,7 @@ public:
     rt_handler_status_t* getRtHandlerStatus() const;
     /// Null but in the offline role.
     rt_handler_request_t* getRtHandlerRequest() const;
+    consistency_t* getConsistency() const { return consistency; }
 
 Q_SIGNALS:
     void onSyncRT(bool softreset, bool _save);
@@ -117,6 +119,7 @@ private:
     QPointer<psi_handler_status_t> psi_handler_status;
     QPointer<rt_handler_request_t> rt_handler_request;
     QMap<QString, rr::rr_base_t*> rr;
+    consistency_t* consistency = nullptr;
 };
 
 } // namespace database

@@ -26,6 +26,8 @@ class rt_twin_t
 {
 public:
     explicit rt_twin_t(database_t* database);
+    /// For callers that already hold the engines' locks, which the façade's accessors take.
+    rt_twin_t(persistent::persistent_t* configured, realtime::realtime_t* live);
 
     /// The realtime engine's access mutex, taken after the persistent one.
     QMutex* mutex() const;
@@ -35,8 +37,9 @@ public:
     void item(QString const& id) const;
     /// Every twin replaced by one per item of map, with its feedback address.
     void items(persistent::ps_items_map const& map) const;
-    /// The twin of thermostat id, with the season its season type allows.
-    void thermostat(QString const& id) const;
+    /// The twin of thermostat id, with the season its season type allows;
+    /// true when the twin was created, changed or removed.
+    bool thermostat(QString const& id) const;
 
 private:
     // Taken once: the façade's accessors take the engines' locks, which the callers hold.

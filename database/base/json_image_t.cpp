@@ -92,6 +92,15 @@ void json_image_t::print(QString const& name, QJsonObject const& json) const
     log(name + QStringLiteral("HASH CONFIG: ") + wholeHash, ::utility::logs::trace, "print");
 }
 
+bool json_image_t::whenFree(QMutex* mutex, std::function<void()> const& work)
+{
+    if (!mutex->tryLock())
+        return false;
+    work();
+    mutex->unlock();
+    return true;
+}
+
 void json_image_t::wireTimer(QObject* engine, QTimer& timer)
 {
     timer.setInterval(rebuildDelayMs);

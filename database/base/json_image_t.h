@@ -57,6 +57,9 @@ public:
     /// Dumps json indented to the plain message logger, then the hash line.
     void print(QString const& name, QJsonObject const& json) const;
 
+    /// Runs work under mutex if no one holds it, also not this thread;
+    /// false, without running it, when the mutex is taken.
+    static bool whenFree(QMutex* mutex, std::function<void()> const& work);
     /// Connects engine's start_timer_serializer() and stop_timer_serializer()
     /// to the timer, and its timeout to engine's timer_serializer_elepsed(),
     /// queued and unique; sets the interval.

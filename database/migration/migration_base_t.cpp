@@ -53,6 +53,41 @@ void migration_base_t::updateVersion(QJsonObject& document) const
         document = json.object();
 }
 
+void migration_base_t::migratingPersistent(QJsonObject& document,
+                                           std::function<void(QJsonObject&)> const& work) const
+{
+    log(QStringLiteral("Migrating persistent database for version %1 ...").arg(migration_version),
+        "migrate_persistent");
+    QJsonObject changed = document;
+    work(changed);
+    document = changed;
+    log(QStringLiteral("Migrating persistent database for version %1 done").arg(migration_version),
+        "migrate_persistent");
+}
+
+QJsonValue migration_base_t::valueAt(QJsonObject const& document, QString const& path)
+{
+    return utility::getJsonValue(QJsonDocument(document), path);
+}
+
+void migration_base_t::writeAt(QJsonObject& document, QString const& path, QJsonValue const& value)
+{
+    QJsonDocument json(document);
+    QString operation;
+    if (utility::updateJsonValue(json, path, value, operation))
+        document = json.object();
+}
+
+QString migration_base_t::classOf(QJsonValue const& object)
+{
+    return object.toObject().value(QStringLiteral("@class")).toString().section(QStringLiteral("::"), -1);
+}
+
+int migration_base_t::flagsOf(QJsonObject const& object)
+{
+    return int(object.value(QStringLiteral("flags")).toVariant().toLongLong());
+}
+
 void migration_base_t::log(QString const& message, char const* source) const
 {
     CLASSLOGS_LOG(prefix + message, ::utility::logs::info, QString::fromLatin1(source));

@@ -5,6 +5,8 @@
 #include <QObject>
 #include <QString>
 
+#include <functional>
+
 #include "database/definition/type_brand_t.h"
 
 #include "database/database_export.h"
@@ -54,6 +56,18 @@ protected:
     /// Logs at level 4 with the script's prefix.
     void log(QString const& message, char const* source) const;
     void reportNothingToDo(char const* source, QString const& database, int& error) const;
+    /// The frame of a script that works on the persistent document: the start
+    /// line, work on a copy, the copy written back, the end line.
+    void migratingPersistent(QJsonObject& document, std::function<void(QJsonObject&)> const& work) const;
+
+    /// The value at a path of steps joined by "/"; undefined when absent.
+    static QJsonValue valueAt(QJsonObject const& document, QString const& path);
+    /// Writes value at path, creating the steps on the way.
+    static void writeAt(QJsonObject& document, QString const& path, QJsonValue const& value);
+    /// The class of a stored object, "@class" after its last "::".
+    static QString classOf(QJsonValue const& object);
+    /// The "flags" of a stored object, also when a writer put the sign bit as a large number.
+    static int flagsOf(QJsonObject const& object);
 
     QString prefix = QStringLiteral("[Migration script base] ");
     int migration_version = 0;

@@ -108,6 +108,9 @@ private Q_SLOTS:
     void _onObjectError(QJsonObject _packet, QString _message);
 
 private:
+    /// The image's own rebuild, made only while no other holder has the tree;
+    /// false when it has to wait.
+    bool serializeUnlessBusy(bool force);
     void dropTree();
     void log(QString const& message, ::utility::logs::LogLevel level, char const* source) const;
 

@@ -274,16 +274,22 @@ QJsonObject realtime_t::readFromFile(QString const& path)
 void realtime_t::timer_serializer_elepsed()
 {
     Q_EMIT stop_timer_serializer();
-    serialize(false);
+    if (!serializeUnlessBusy(false))
+        Q_EMIT start_timer_serializer();
 }
 
 void realtime_t::_onUpdated(QJsonObject _packet)
 {
-    if (image.noteUpdate())
-        serialize(true);
-    else
+    if (!image.noteUpdate() || !serializeUnlessBusy(true))
         Q_EMIT start_timer_serializer();
     handler_topic->whoIsChange(_packet, true, true);
+}
+
+bool realtime_t::serializeUnlessBusy(bool force)
+{
+    // A consistency check on the pool may be walking the tree under the
+    // access mutex, or a handler of this thread holds it: the timer tries again.
+    return base::json_image_t::whenFree(access_mutex, [&] { serialize(force); });
 }
 
 void realtime_t::_onRequest(QJsonObject _packet)

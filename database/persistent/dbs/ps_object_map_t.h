@@ -7,6 +7,7 @@
 #include <QPointer>
 #include <QSet>
 #include <QString>
+#include <QThread>
 #include <QVariant>
 
 #include "database/base/topicbase_t.h"
@@ -221,8 +222,12 @@ public:
         // Copies are made before the old objects go, so a map that shares
         // objects with this one is still safe to read.
         map_t copies;
-        for (auto it = map.begin(); it != map.end(); ++it)
-            copies.insert(it.key(), it.value() ? new T(*it.value()) : nullptr);
+        for (auto it = map.begin(); it != map.end(); ++it) {
+            T* copy = it.value() ? new T(*it.value()) : nullptr;
+            if (copy)
+                adoptThread(copy);
+            copies.insert(it.key(), copy);
+        }
         qDeleteAll(objects);
         objects = copies;
         wire(receiver, true);
@@ -301,8 +306,17 @@ private:
     /// The map owns copy from here on, wired like every other object.
     void insertCopy(QString const& id, T* copy)
     {
+        adoptThread(copy);
         objects.insert(id, copy);
         copy->initRequestSignals(receiver, true);
+    }
+
+    /// An object made on another thread (a consistency check runs on the
+    /// pool) joins the section's, whose event loop will delete it one day.
+    void adoptThread(T* object) const
+    {
+        if (object->thread() != section->thread() && object->thread() == QThread::currentThread())
+            object->moveToThread(section->thread());
     }
 
     /// Unwires the object, leaves its deletion to the event loop (a caller
