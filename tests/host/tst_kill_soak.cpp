@@ -10,6 +10,8 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <optional>
+
 namespace {
 
 constexpr int keyCount = 60;    // items are renamed over and over, never removed
@@ -124,6 +126,19 @@ private Q_SLOTS:
                                                 .arg(backups).arg(name).arg(backupsSeen.value(name))));
                 backupsSeen[name] = qMax(backupsSeen.value(name), backups);
             }
+            // The backups keep their order: none holds a newer rename than the file before it.
+            std::optional<QMap<QString, int>> newer;
+            for (int n = 0; n <= backupCount; ++n) {
+                QString const file = n == 0 ? QStringLiteral("persistent.json") : QStringLiteral("persistent.json.%1").arg(n);
+                bool complete = false;
+                QMap<QString, int> const older = savedSequence(readComplete(data.filePath(file), complete));
+                if (!complete)
+                    continue;
+                for (auto it = older.cbegin(); newer && it != older.cend(); ++it)
+                    QVERIFY2(newer->value(it.key(), -1) >= it.value(),
+                             qPrintable(round + file + " is newer than the file before it"));
+                newer = older;
+            }
             // Every rename that a completed save put on disk is still there, or a newer one.
             bool ok = false;
             QJsonObject const current = readComplete(data.filePath("persistent.json"), ok);
@@ -143,6 +158,7 @@ private Q_SLOTS:
             replaced += content != previous ? 1 : 0;
             previous = content;
         }
+        qInfo("%d kills, %d of them with a new persistent.json on disk, %d requests sent", kills, replaced, sequence);
         // Saves did complete between kills, or nothing was tested.
         QVERIFY2(replaced > kills / 4, qPrintable(QStringLiteral("%1 saves seen in %2 kills").arg(replaced).arg(kills)));
 
