@@ -9,6 +9,8 @@
 #   ./dev.sh package build and make the Debian packages (build/packages/*.deb)
 #   ./dev.sh sanitize  build with ASan+UBSan (clang) in build-san and run all tests under it
 #   ./dev.sh fuzz [s]  build the fuzz targets and run each for s seconds (60)
+#   ./dev.sh tsan    build the consistency and migration tests with ThreadSanitizer
+#                    in build-tsan and run them
 # Idempotent: packages are installed only when missing, the build is incremental.
 set -euo pipefail
 
@@ -17,6 +19,8 @@ cd "$here"
 build_dir="${BUILD_DIR:-$here/build}"
 
 san_dir="${SAN_BUILD_DIR:-$here/build-san}"
+tsan_dir="${TSAN_BUILD_DIR:-$here/build-tsan}"
+tsan_tests=(tst_consistency tst_ps_consistency tst_rt_consistency tst_migration tst_migration_scripts)
 
 packages=(g++ cmake ninja-build ccache pkgconf qt6-base-dev qt6-5compat-dev libspdlog-dev
           libmosquitto-dev mosquitto mosquitto-clients openssl)
@@ -129,6 +133,14 @@ case "${1:-help}" in
     sanitize)
         build_san
         ctest --test-dir "$san_dir" --output-on-failure -j "$(nproc)" -LE fuzz ;;
+    tsan)
+        ensure_packages "${packages[@]}"
+        if [ ! -f "$tsan_dir/build.ninja" ]; then
+            cmake -S "$here" -B "$tsan_dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+                -DDATABASE_SANITIZE_THREAD=ON -DDATABASE_BUILD_BENCH=OFF
+        fi
+        cmake --build "$tsan_dir" --target "${tsan_tests[@]}"
+        for t in "${tsan_tests[@]}"; do "$tsan_dir/tests/$t"; done ;;
     fuzz)
         build_san
         run_fuzz "${2:-60}" ;;

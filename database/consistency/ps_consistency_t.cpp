@@ -606,12 +606,17 @@ void ps_consistency_t::check_scheduler_objects(map_stringlist& tmp_item_to_eleme
         }
         judge_t const judge = schedulerJudge(tmp_item_to_element, elementId);
         QString const prefix = name() + QStringLiteral("In schedulers ") + id;
+        // Entries go quietly and the whole schedule goes out once: other processes
+        // take a schedule's status only as a whole.
+        bool entriesChanged = false;
         ps_cron_map const crons = scheduler->getCrons();
         for (auto cron = crons.begin(); cron != crons.end(); ++cron) {
             QStringList const faulty = faultyActions(cron.value()->getObjects(),
                                                      prefix + QStringLiteral(" in cron ") + cron.key(), judge, source);
-            if (!faulty.isEmpty())
-                cron.value()->update_remove_objects(faulty, true);
+            if (!faulty.isEmpty()) {
+                cron.value()->update_remove_objects(faulty, false);
+                entriesChanged = true;
+            }
         }
         ps_astro_map const astros = scheduler->getAstros();
         for (auto astro = astros.begin(); astro != astros.end(); ++astro) {
@@ -624,9 +629,13 @@ void ps_consistency_t::check_scheduler_objects(map_stringlist& tmp_item_to_eleme
             }
             QStringList const faulty = faultyActions(
                 astro.value()->getObjects(), prefix + QStringLiteral(" in astro ") + astro.key(), judge, source);
-            if (!faulty.isEmpty())
-                astro.value()->update_remove_objects(faulty, true);
+            if (!faulty.isEmpty()) {
+                astro.value()->update_remove_objects(faulty, false);
+                entriesChanged = true;
+            }
         }
+        if (entriesChanged)
+            scheduler->send_update();
     }
 }
 

@@ -222,7 +222,8 @@ private:
         QString const topic = "request/DB/persistent/schedulers/objects_list/" + id;
         if (pick(100) < 15)
             return packetLine(topic, QJsonValue::Null);
-        QJsonObject const action{{"enabled", true}, {"order", 0}, {"delay", 0}, {"type", "item"},
+        // "item" isn't a type the consistency check knows: such an entry goes at the next check.
+        QJsonObject const action{{"enabled", true}, {"order", 0}, {"delay", 0}, {"type", pick(2) ? "@item" : "item"},
                                  {"id", key("K", 60)}, {"value", key("", 2)}, {"args", ""}};
         QJsonObject const cron{{"pattern", QStringLiteral("%1 %2 * * *").arg(pick(60)).arg(pick(24))},
                                {"validity", ""},
