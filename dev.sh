@@ -150,6 +150,6 @@ case "${1:-help}" in
             if [ -f "$b" ] && [ -x "$b" ]; then "$b"; fi
         done ;;
     *)
-        sed -n '2,11p' "$0" | sed 's/^# \{0,1\}//'
+        sed -n '2,/^# Idempotent/p' "$0" | sed 's/^# \{0,1\}//'
         exit 2 ;;
 esac
