@@ -6,6 +6,7 @@
 #                    a few seconds of each fuzz target)
 #   ./dev.sh bench   build everything and run the benchmarks
 #   ./dev.sh build   only build
+#   ./dev.sh package build and make the Debian packages (build/packages/*.deb)
 #   ./dev.sh sanitize  build with ASan+UBSan (clang) in build-san and run all tests under it
 #   ./dev.sh fuzz [s]  build the fuzz targets and run each for s seconds (60)
 #   ./dev.sh tsan    build the consistency and migration tests with ThreadSanitizer
@@ -23,6 +24,9 @@ tsan_tests=(tst_consistency tst_ps_consistency tst_rt_consistency tst_migration 
 
 packages=(g++ cmake ninja-build ccache pkgconf qt6-base-dev qt6-5compat-dev libspdlog-dev
           libmosquitto-dev mosquitto mosquitto-clients openssl)
+# cpack's Debian packages: dpkg-shlibdeps and dpkg-architecture, and file, which
+# cpack uses to find the binaries.
+packages+=(dpkg-dev file)
 # The sanitizer build: clang, its runtimes with libFuzzer, and llvm-symbolizer for readable reports.
 san_packages=(clang libclang-rt-dev llvm)
 
@@ -39,9 +43,14 @@ ensure_packages() {
     DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -q --no-install-recommends "${missing[@]}"
 }
 
+# The prefix /usr gives Debian's multiarch library folder and the paths the
+# packages need; a plain `cmake --install` wants --prefix (or DESTDIR) then.
 configure() {
     if [ ! -f "$build_dir/build.ninja" ]; then
-        cmake -S "$here" -B "$build_dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo
+        cmake -S "$here" -B "$build_dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_INSTALL_PREFIX=/usr
+    elif grep -qx 'CMAKE_INSTALL_PREFIX:PATH=/usr/local' "$build_dir/CMakeCache.txt"; then
+        # A folder made before the packages existed, with CMake's default.
+        cmake -DCMAKE_INSTALL_PREFIX=/usr "$build_dir" > /dev/null
     fi
 }
 
@@ -86,6 +95,13 @@ run_fuzz() {
 case "${1:-help}" in
     build)
         build ;;
+    package)
+        build
+        out="$build_dir/packages"
+        rm -f "$out"/*.deb
+        cpack --config "$build_dir/CPackConfig.cmake" -B "$out" > "$build_dir/cpack.log" 2>&1 ||
+            { cat "$build_dir/cpack.log" >&2; exit 1; }
+        ls -1 "$out"/*.deb ;;
     run)
         build
         host="$build_dir/host/dbhost/dbhost"
@@ -134,6 +150,6 @@ case "${1:-help}" in
             if [ -f "$b" ] && [ -x "$b" ]; then "$b"; fi
         done ;;
     *)
-        sed -n '2,10p' "$0" | sed 's/^# \{0,1\}//'
+        sed -n '2,/^# Idempotent/p' "$0" | sed 's/^# \{0,1\}//'
         exit 2 ;;
 esac
