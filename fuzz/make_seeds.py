@@ -118,6 +118,23 @@ def main():
         for n in range(0, len(list_) - 2, 3):
             put("fuzz_packet_" + engine, "\n".join(json.dumps(p) for p in list_[n:n + 3]))
 
+    # Orders of the command channel: resets, loads of the databases it has, and
+    # the orders that only ever go to the host.
+    command = "request/DB/command/"
+    orders = [
+        {"topic": command + "reset/all", "payload": {}},
+        {"topic": command + "reset/presencesimulation", "payload": {}},
+        {"topic": command + "persistent/load/database", "payload": images["persistent"]},
+        {"topic": command + "presencesimulation/load/database", "payload": images["presencesimulation"]},
+        {"topic": command + "persistent/load/database", "payload": dict(images["persistent"],
+                                                                        versions={"database": "9.0.0"})},
+        {"topic": command + "smtp/test", "payload": {"server": "smtp.example.com", "port": 587}},
+        {"topic": command + "pairing/start", "payload": {"start": True, "name": "hall panel"}},
+    ]
+    for order in orders:
+        put("fuzz_command", order)
+    put("fuzz_command", "\n".join(json.dumps(o) for o in (orders[2], orders[0])))
+
     # Trees with classes: the elements and the thermostats of the databases.
     for name, section, single in (("elements", "elements", "psoe_room"), ("thermo", "thermo", None)):
         tree = images["persistent"].get(section, {})

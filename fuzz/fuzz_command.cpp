@@ -1,0 +1,52 @@
+// Packets of the command channel handed to its router the way the host does:
+// an offline process carries out resets and loads, the others pass every
+// order on. Up to four JSON lines, each one packet. Faults as for the engines'
+// packets: a memory error, undefined behaviour, an exception the library
+// caught, and any database left in a state that doesn't save and load as it is.
+
+#include <QJsonObject>
+#include <QList>
+
+#include "database/command/cmd_handler_topic_t.h"
+#include "database/command/command_t.h"
+#include "database/database_t.h"
+#include "database/definition/service_t.h"
+#include "fuzz_engines.h"
+#include "fuzz_support.h"
+
+using database::definition::service_t;
+
+extern "C" int LLVMFuzzerTestOneInput(uint8_t const* data, size_t size)
+{
+    // Fewer lines than for the engines: a load of a whole database is one line.
+    QList<QJsonObject> const packets = fuzz::objectLines(data, size, 4);
+    if (packets.isEmpty())
+        return -1;
+    static fuzz::kept_database_t* const databases[] = {new fuzz::kept_database_t(service_t::server),
+                                                       new fuzz::kept_database_t(service_t::client),
+                                                       new fuzz::kept_database_t(service_t::offline)};
+    for (fuzz::kept_database_t* kept : databases) {
+        database::database_t& database = kept->get();
+        database::command::cmd_handler_topic_t* router = database.getCommand()->getHandlerTopic();
+        QJsonObject saved[3];
+        {
+            fuzz::exception_watch_t exceptions;
+            for (QJsonObject const& packet : packets) {
+                if (router->whoIsRequest(packet, false) && database.getService() == service_t::offline)
+                    router->whoIsRequest(packet, true);
+                fuzz::drain();
+            }
+            for (fuzz::engine_t engine : {fuzz::persistent, fuzz::realtime, fuzz::presencesimulation})
+                saved[engine] = fuzz::image(database, engine);
+            fuzz::drain();
+            if (!exceptions.first().isEmpty())
+                fuzz::fail("an exception was caught inside the library", exceptions.first());
+        }
+        for (fuzz::engine_t engine : {fuzz::persistent, fuzz::realtime, fuzz::presencesimulation}) {
+            if (saved[engine] != kept->first(engine))
+                fuzz::checkRoundTrip(engine, saved[engine]);
+        }
+        kept->restore();
+    }
+    return 0;
+}
