@@ -282,6 +282,10 @@ void json_image_t::advanceCounter(int& counter, QJsonObject const& packet)
 
 bool json_image_t::logRoute(QString const& name, QString const& topic, bool found)
 {
+    // Every packet passes here: the line is only composed when it is written.
+    if (!::utility::logs::classlogs::getInstance()->isEnabled(found ? ::utility::logs::trace
+                                                                     : ::utility::logs::error))
+        return found;
     QString const prefix = QStringLiteral("[") + name + QStringLiteral("] ");
     if (found)
         log(prefix + QStringLiteral("Found database path: ") + topic + QStringLiteral(" update it"),

@@ -1,6 +1,7 @@
 #ifndef DATABASE_BASE_TOPIC_TABLE_T_H
 #define DATABASE_BASE_TOPIC_TABLE_T_H
 
+#include <QHash>
 #include <QMap>
 #include <QRegExp>
 #include <QString>
@@ -71,7 +72,8 @@ inline QString literalPrefix(QString const& pattern)
  * inserted: QRegExp's own cache of compiled patterns is far smaller than a
  * router's table. A pattern is only tried on a topic that starts with its
  * literal prefix, which every match does: the same pattern wins, at a
- * fraction of the trials. A match stores its captures in the pattern, so a
+ * fraction of the trials; and the outcome for a topic seen before is taken
+ * from the last time. A match stores its captures in the pattern, so a
  * table must not be used by two threads at once; its owner serialises the calls.
  */
 template<class Callback>
@@ -82,33 +84,38 @@ public:
     {
         entries.insert(pattern, entry_t{QRegExp(pattern, Qt::CaseSensitive, QRegExp::RegExp),
                                         literalPrefix(pattern), std::move(callback)});
+        known.clear();
     }
 
     /// The callback of the first pattern that matches topic, or null.
     /// When capture is given it receives the pattern's first capture.
     Callback const* match(QString const& topic, QString* capture = nullptr)
     {
-        entry_t* entry = find(topic);
-        if (!entry)
+        found_t const& found = find(topic);
+        if (!found.entry)
             return nullptr;
         if (capture)
-            *capture = entry->pattern.cap(1);
-        return &entry->callback;
+            *capture = found.first;
+        return &found.entry->callback;
     }
 
     /// The same, with every capture of the match, index 0 being the whole topic.
     Callback const* match(QString const& topic, QStringList& captures)
     {
-        entry_t* entry = find(topic);
-        if (!entry)
+        found_t const& found = find(topic);
+        if (!found.entry)
             return nullptr;
-        captures = entry->pattern.capturedTexts();
-        return &entry->callback;
+        captures = found.captures;
+        return &found.entry->callback;
     }
 
     QStringList patterns() const { return entries.keys(); }
     qsizetype size() const { return entries.size(); }
-    void clear() { entries.clear(); }
+    void clear()
+    {
+        entries.clear();
+        known.clear();
+    }
 
 private:
     struct entry_t {
@@ -117,15 +124,38 @@ private:
         Callback callback;
     };
 
-    entry_t* find(QString const& topic)
+    /// The outcome of the trials for one topic: the winner, null for none, and its captures.
+    struct found_t {
+        entry_t* entry = nullptr;
+        QString first;
+        QStringList captures;
+    };
+
+    /// Live values come again and again on the same topics: their outcome
+    /// is kept, up to a bound that random topics can't pass.
+    static constexpr qsizetype knownLimit = 1 << 16;
+
+    found_t const& find(QString const& topic)
     {
+        auto const seen = known.constFind(topic);
+        if (seen != known.constEnd())
+            return seen.value();
+        found_t found;
         for (auto it = entries.begin(); it != entries.end(); ++it) {
-            if (topic.startsWith(it->prefix) && it->pattern.exactMatch(topic))
-                return &*it;
+            if (topic.startsWith(it->prefix) && it->pattern.exactMatch(topic)) {
+                found.entry = &*it;
+                found.first = it->pattern.cap(1);
+                found.captures = it->pattern.capturedTexts();
+                break;
+            }
         }
-        return nullptr;
+        if (known.size() >= knownLimit)
+            known.clear();
+        return known.insert(topic, found).value();
     }
+
     QMap<QString, entry_t> entries;
+    QHash<QString, found_t> known;
 };
 
 } // namespace base
