@@ -4,7 +4,8 @@
 #   ./dev.sh test    build everything and run all tests through ctest, then the
 #                    sanitizer build's tests and a few seconds of each fuzz target
 #                    (DATABASE_CI_SANITIZE=0 leaves the sanitizer step out)
-#   ./dev.sh bench   build everything and run the benchmarks
+#   ./dev.sh bench   build everything and run the benchmarks (installs Node.js and
+#                    the pinned jsonl-db for the live road's peer)
 #   ./dev.sh build   only build
 #   ./dev.sh package build and make the Debian packages (build/packages/*.deb)
 #   ./dev.sh sanitize  build with ASan+UBSan (clang) in build-san and run all tests under it
@@ -146,9 +147,20 @@ case "${1:-help}" in
         run_fuzz "${2:-60}" ;;
     bench)
         build
+        # The peer of the live road benchmark: jsonl-db under Node.js, as pinned in bench/peer.
+        if ! command -v node >/dev/null || ! command -v npm >/dev/null; then
+            ensure_packages nodejs npm
+        fi
+        (cd "$here/bench/peer" && npm ci --no-audit --no-fund --loglevel=error)
+        failed=0
         for b in "$build_dir"/bench/bench_*; do
-            if [ -f "$b" ] && [ -x "$b" ]; then "$b"; fi
-        done ;;
+            # Only the executables: the build folder also holds bench_*_autogen folders.
+            if [ -f "$b" ] && [ -x "$b" ]; then
+                QTEST_FUNCTION_TIMEOUT=3600000 "$b" || failed=1
+            fi
+        done
+        [ -f "$build_dir/bench/live_road.json" ] && echo "dev.sh: figures in $build_dir/bench/live_road.json" >&2
+        exit "$failed" ;;
     *)
         sed -n '2,/^# Idempotent/p' "$0" | sed 's/^# \{0,1\}//'
         exit 2 ;;

@@ -8,6 +8,10 @@
 #include <QMutexLocker>
 #include <QtDebug>
 
+#include <atomic>
+
+#include "database/base/json_map_cache_t.h"
+#include "database/base/topicbase_t.h"
 #include "database/utility/utility.h"
 #include "platform/logs/classlogs.h"
 #include "platform/qjsonserializer/qjsonserializer.h"
@@ -22,6 +26,58 @@ QString sha1Hex(QByteArray const& bytes)
     return QString::fromLatin1(QCryptographicHash::hash(bytes, QCryptographicHash::Sha1).toHex());
 }
 
+/// The digest of the compact text, over the bytes a round trip through
+/// QString gives: the same bytes, unless the text is not valid UTF-8.
+QString compactHash(QJsonObject const& object)
+{
+    QByteArray bytes = QJsonDocument(object).toJson(QJsonDocument::Compact);
+    if (!bytes.isValidUtf8())
+        bytes = QString::fromUtf8(bytes).toUtf8();
+    return sha1Hex(bytes);
+}
+
+QJsonValue valueAt(QJsonObject const& root, QStringList const& path)
+{
+    QJsonValue value = root;
+    for (QString const& key : path) {
+        if (!value.isObject())
+            return QJsonValue(QJsonValue::Undefined);
+        value = value.toObject().value(key);
+    }
+    return value;
+}
+
+/// Equal JSON, not looking at the kept maps below (paths relative to a and b),
+/// which are equal by construction.
+bool sameExcept(QJsonValue const& a, QJsonValue const& b, QList<QStringList> const& kept, qsizetype depth)
+{
+    if (kept.isEmpty())
+        return a == b;
+    if (!a.isObject() || !b.isObject())
+        return false;
+    QJsonObject const left = a.toObject();
+    QJsonObject const right = b.toObject();
+    if (left.keys() != right.keys())
+        return false;
+    for (auto it = left.constBegin(); it != left.constEnd(); ++it) {
+        QList<QStringList> below;
+        bool skip = false;
+        for (QStringList const& path : kept) {
+            if (path.at(depth) != it.key())
+                continue;
+            if (path.size() == depth + 1)
+                skip = true;
+            else
+                below.append(path);
+        }
+        if (skip)
+            continue;
+        if (!sameExcept(it.value(), right.value(it.key()), below, depth + 1))
+            return false;
+    }
+    return true;
+}
+
 void log(QString const& message, ::utility::logs::LogLevel level, char const* source)
 {
     CLASSLOGS_LOG(message, level, QString::fromLatin1(source));
@@ -29,18 +85,124 @@ void log(QString const& message, ::utility::logs::LogLevel level, char const* so
 
 } // namespace
 
-bool json_image_t::rebuild(QVariant const& root)
+bool json_image_t::rebuild(QVariant const& root, bool whole)
 {
     updateCount = 0;
+    QList<patch_t> patches;
+    QList<QStringList> kept; // where a map's JSON is taken over from the present image
+    QList<QPair<json_cached_map_t*, QStringList>> maps;
+    auto const substitute = [&](QObject const* owner, QStringList const& path, QJsonValue& out) {
+        auto* object = qobject_cast<topicbase_t*>(const_cast<QObject*>(owner));
+        json_cached_map_t* cache = object ? object->jsonCache(path.constLast()) : nullptr;
+        if (!cache)
+            return false;
+        maps.append({cache, path});
+        if (whole || !cache->patchable(this, serial, path))
+            return false;
+        QJsonValue const present = valueAt(jdata, path);
+        if (!present.isObject())
+            return false;
+        patch_t patch{path, cache->changedEntries()};
+        if (!patch.entries.isEmpty())
+            patches.append(std::move(patch));
+        kept.append(path);
+        out = present;
+        return true;
+    };
+    QJsonObject next;
     try {
-        jdata = utility::getInstance()->serializer()->serializeImpl(root).toObject();
+        next = utility::getInstance()->serializer()->serializeImpl(root, substitute).toObject();
     } catch (std::exception const& e) {
         log(QString::fromUtf8(e.what()), ::utility::logs::exception, "serialize");
         return false;
     }
-    calculateHash();
+    noteChangedSections(jdata, next, kept, patches);
+    // The previous image goes first, so that the kept maps are held once and
+    // patched in place rather than copied.
+    jdata = std::move(next);
+    for (patch_t const& patch : std::as_const(patches))
+        applyPatch(jdata, patch, 0);
+    // Unique across images, so that a map never mistakes another image's JSON for its own.
+    static std::atomic<quint64> rebuilds{0};
+    serial = ++rebuilds;
+    for (auto const& map : std::as_const(maps))
+        map.first->stamp(this, serial, map.second);
     fresh = true;
     return true;
+}
+
+void json_image_t::applyPatch(QJsonObject& object, patch_t const& patch, qsizetype depth)
+{
+    QString const& key = patch.path.at(depth);
+    QJsonObject child = object.take(key).toObject();
+    if (depth + 1 < patch.path.size()) {
+        applyPatch(child, patch, depth + 1);
+    } else {
+        for (auto const& entry : patch.entries) {
+            if (entry.second.isUndefined())
+                child.remove(entry.first);
+            else
+                child.insert(entry.first, entry.second);
+        }
+    }
+    object.insert(key, child);
+}
+
+void json_image_t::noteChangedSections(QJsonObject const& previous, QJsonObject const& next,
+                                       QList<QStringList> const& kept, QList<patch_t> const& patches)
+{
+    QMutexLocker locker(&hashMutex);
+    QSet<QString> patched;
+    for (patch_t const& patch : patches)
+        patched.insert(patch.path.constFirst());
+    bool changed = previous.keys() != next.keys();
+    for (auto it = next.constBegin(); it != next.constEnd(); ++it) {
+        QList<QStringList> below;
+        for (QStringList const& path : kept) {
+            if (path.constFirst() == it.key())
+                below.append(path);
+        }
+        if (patched.contains(it.key()) || !previous.contains(it.key())
+            || !sameExcept(previous.value(it.key()), it.value(), below, 1)) {
+            staleSections.insert(it.key());
+            changed = true;
+        }
+    }
+    for (auto it = hashes.begin(); it != hashes.end();) {
+        if (next.contains(it.key()))
+            ++it;
+        else
+            it = hashes.erase(it);
+    }
+    if (changed)
+        wholeStale = true;
+}
+
+void json_image_t::refreshHashes() const
+{
+    for (auto it = jdata.constBegin(); it != jdata.constEnd(); ++it) {
+        if (staleSections.contains(it.key()) || !hashes.contains(it.key()))
+            hashes.insert(it.key(), compactHash(it.value().toObject()));
+    }
+    staleSections.clear();
+    if (wholeStale) {
+        wholeHash = compactHash(jdata);
+        wholeStale = false;
+    }
+}
+
+QString const& json_image_t::hash() const
+{
+    QMutexLocker locker(&hashMutex);
+    refreshHashes();
+    return wholeHash;
+}
+
+QMap<QString, QString> const& json_image_t::hashList() const
+{
+    QMutexLocker locker(&hashMutex);
+    refreshHashes();
+    return hashes;
 }
 
 bool json_image_t::noteUpdate()
@@ -51,21 +213,21 @@ bool json_image_t::noteUpdate()
 
 void json_image_t::calculateHash()
 {
+    QMutexLocker locker(&hashMutex);
     hashes.clear();
-    for (auto it = jdata.constBegin(); it != jdata.constEnd(); ++it) {
-        hashes.insert(it.key(),
-                      sha1Hex(utility::JsonToString(it.value().toObject(), QJsonDocument::Compact).toUtf8()));
-    }
-    wholeHash = sha1Hex(utility::JsonToString(jdata, QJsonDocument::Compact).toUtf8());
+    staleSections.clear();
+    wholeStale = true;
+    refreshHashes();
 }
 
 int json_image_t::checkHash(QString const& section, QString const& _hash, QString const& name,
                            std::function<void()> const& refresh) const
 {
-    if (!hashes.contains(section))
+    // The sections of the image are those the digests cover.
+    if (!jdata.contains(section))
         return -1;
     refresh();
-    QString const local = hashes.value(section);
+    QString const local = hashList().value(section);
     if (local == _hash) {
         log(name + QStringLiteral("In DB ") + section + QStringLiteral(" not change "), ::utility::logs::warning,
             "checkHash");
@@ -89,7 +251,7 @@ void json_image_t::print(QString const& name, QJsonObject const& json) const
 {
     QMessageLogger().info(QLoggingCategory("default")).noquote()
         << QJsonDocument(json).toJson(QJsonDocument::Indented);
-    log(name + QStringLiteral("HASH CONFIG: ") + wholeHash, ::utility::logs::trace, "print");
+    log(name + QStringLiteral("HASH CONFIG: ") + hash(), ::utility::logs::trace, "print");
 }
 
 bool json_image_t::whenFree(QMutex* mutex, std::function<void()> const& work)
@@ -120,6 +282,10 @@ void json_image_t::advanceCounter(int& counter, QJsonObject const& packet)
 
 bool json_image_t::logRoute(QString const& name, QString const& topic, bool found)
 {
+    // Every packet passes here: the line is only composed when it is written.
+    if (!::utility::logs::classlogs::getInstance()->isEnabled(found ? ::utility::logs::trace
+                                                                     : ::utility::logs::error))
+        return found;
     QString const prefix = QStringLiteral("[") + name + QStringLiteral("] ");
     if (found)
         log(prefix + QStringLiteral("Found database path: ") + topic + QStringLiteral(" update it"),

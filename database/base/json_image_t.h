@@ -4,7 +4,9 @@
 #include <QJsonObject>
 #include <QMap>
 #include <QMutex>
+#include <QSet>
 #include <QString>
+#include <QStringList>
 #include <QTimer>
 #include <QVariant>
 
@@ -31,16 +33,24 @@ public:
     static constexpr int forcedRebuildAt = 21;
     static constexpr int rebuildDelayMs = 2000;
 
+    json_image_t() = default;
+    json_image_t(json_image_t const&) = delete;
+    json_image_t& operator=(json_image_t const&) = delete;
+
     bool isFresh() const { return fresh; }
     int updates() const { return updateCount; }
     QJsonObject const& image() const { return jdata; }
-    QString const& hash() const { return wholeHash; }
-    QMap<QString, QString> const& hashList() const { return hashes; }
+    /// The digests are taken when first asked for after a change, each
+    /// section's only when that section changed.
+    QString const& hash() const;
+    QMap<QString, QString> const& hashList() const;
 
     /// Serializes root into the image and rehashes it; false, after the level 1
     /// line under "serialize", when the serializer throws (the image then stays
-    /// stale). The update count starts again either way.
-    bool rebuild(QVariant const& root);
+    /// stale). The update count starts again either way. The maps that keep
+    /// their JSON by object (topicbase_t::jsonCache) are patched where their
+    /// objects changed instead of serialized again; with whole, everything is.
+    bool rebuild(QVariant const& root, bool whole = false);
     /// Marks the image stale after a change of the tree; true when this change
     /// is the one that must rebuild at once.
     bool noteUpdate();
@@ -84,11 +94,28 @@ public:
     bool writeFile(QString const& path, QString const& name, QMutex* mutex) const;
 
 private:
+    struct patch_t {
+        QStringList path;
+        QList<QPair<QString, QJsonValue>> entries;
+    };
+
+    static void applyPatch(QJsonObject& object, patch_t const& patch, qsizetype depth);
+    /// Notes the sections of next whose JSON may differ from previous's.
+    void noteChangedSections(QJsonObject const& previous, QJsonObject const& next,
+                             QList<QStringList> const& kept, QList<patch_t> const& patches);
+    void refreshHashes() const;
+
     QJsonObject jdata;
-    QString wholeHash;
-    QMap<QString, QString> hashes;
+    // Counts the successful rebuilds: a map's kept JSON belongs to one of them.
+    quint64 serial = 0;
     int updateCount = 0;
     bool fresh = false;
+
+    mutable QMutex hashMutex;
+    mutable QString wholeHash;
+    mutable QMap<QString, QString> hashes;
+    mutable QSet<QString> staleSections;
+    mutable bool wholeStale = true;
 };
 
 } // namespace base

@@ -22,7 +22,20 @@ void logException(char const* source, QString const& text)
 topic_routes_t::topic_routes_t(QString const& prefix)
     : m_prefix(prefix)
     , gate(QStringLiteral("^") + prefix + QStringLiteral(R"(/((\w+)/?.*)$)"), Qt::CaseSensitive, QRegExp::RegExp)
+    , literalGate(literalPrefix(prefix) == prefix)
 {
+}
+
+bool topic_routes_t::passesGate(QString const& topic)
+{
+    if (!literalGate)
+        return gate.exactMatch(topic);
+    // What the pattern asks, as QRegExp reads \w; "/?.*" takes any rest.
+    qsizetype const word = m_prefix.size() + 1;
+    if (topic.size() <= word || !topic.startsWith(m_prefix) || topic.at(word - 1) != QLatin1Char('/'))
+        return false;
+    QChar const c = topic.at(word);
+    return c.isLetterOrNumber() || c.isMark() || c == QLatin1Char('_');
 }
 
 bool topic_routes_t::dispatch(char const* source, QJsonObject const& packet, bool callRoute,
@@ -31,7 +44,7 @@ bool topic_routes_t::dispatch(char const* source, QJsonObject const& packet, boo
     try {
         QMutexLocker lock(&mutex);
         QString const topic = packet.value(QStringLiteral("topic")).toString();
-        if (!m_prefix.isEmpty() && !gate.exactMatch(topic))
+        if (!m_prefix.isEmpty() && !passesGate(topic))
             return false;
 
         auto const matched = [&](auto const& route) {

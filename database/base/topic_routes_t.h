@@ -47,6 +47,9 @@ public:
 
     QString const& prefix() const { return m_prefix; }
 
+    /// Whether topic passes the gate: "prefix/" and a word character, anything after it.
+    bool passesGate(QString const& topic);
+
     void insert(QString const& pattern, callback_t callback) { sections.insert(pattern, std::move(callback)); }
     void insert(QString const& pattern, callback_key_t callback) { objects.insert(pattern, std::move(callback)); }
 
@@ -111,6 +114,8 @@ private:
 
     QString m_prefix;
     QRegExp gate;
+    // The gate's test without the pattern, when the prefix is plain text.
+    bool literalGate = false;
     topic_table_t<callback_t> sections;
     topic_table_t<callback_key_t> objects;
     topic_table_t<callback_captures_t> captured;

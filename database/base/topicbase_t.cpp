@@ -72,6 +72,11 @@ topicbase_t::topicbase_t(topicbase_t const& other)
 {
 }
 
+json_cached_map_t* topicbase_t::jsonCache(QString const&)
+{
+    return nullptr;
+}
+
 QString topicbase_t::getTopic() const
 {
     return topic;

@@ -12,6 +12,26 @@
 namespace database {
 namespace base {
 
+class topicbase_t;
+
+/**
+ * Hears of every change of an object's stored values made through
+ * topicbase_t::assign() or placeChild(): the JSON image keeps the text of
+ * large maps by object and rebuilds only the objects it hears of.
+ */
+class DATABASE_EXPORT json_observer_t
+{
+public:
+    virtual void storedChanged(topicbase_t* object) = 0;
+    /// object now reports to another observer.
+    virtual void observerLeft(topicbase_t* object) = 0;
+
+protected:
+    ~json_observer_t() = default;
+};
+
+class json_cached_map_t;
+
 /**
  * Base of every data root, section and model object of the databases.
  *
@@ -76,6 +96,18 @@ public:
     /// is published on its own topic. False for null.
     bool updateValues(topicbase_t const* other, bool _notify);
 
+    /// Who hears of this object's changes; a copy starts without one.
+    json_observer_t* jsonObserver() const { return observer; }
+    /// Null lets the object go quietly; another observer takes it from the present one.
+    void setJsonObserver(json_observer_t* _observer)
+    {
+        if (observer && _observer && observer != _observer)
+            observer->observerLeft(this);
+        observer = _observer;
+    }
+    /// The map behind property, when this object keeps its JSON by object; null otherwise.
+    virtual json_cached_map_t* jsonCache(QString const& property);
+
     /// The update of one field: writes the property of that JSON key through
     /// the property system, which raises its change signal, and with _notify
     /// publishes the whole object on its own topic.
@@ -96,8 +128,15 @@ protected:
         if (field == value)
             return false;
         field = value;
+        storedChanged();
         changed();
         return true;
+    }
+
+    void storedChanged()
+    {
+        if (observer)
+            observer->storedChanged(this);
     }
 
     /// Gives a child its topic and wires it to receiver, or unwires it.
@@ -120,6 +159,7 @@ protected:
         T* old = slot;
         slot = value ? value : new T(this);
         slot->setParent(this);
+        storedChanged();
         slot->setTopic(childTopic);
         if (old) {
             old->initRequestSignals(receiver, false);
@@ -130,6 +170,9 @@ protected:
     }
 
     QString topic;
+
+private:
+    json_observer_t* observer = nullptr;
 };
 
 } // namespace base

@@ -21,6 +21,16 @@ QStringList ps_handler_topic_t::routePatterns() const
     return changeRoutes.patterns() + changeRoutes.keyPatterns();
 }
 
+base::topic_routes_t const& ps_handler_topic_t::routes(form_t form) const
+{
+    switch (form) {
+    case Change: return changeRoutes;
+    case Status: return statusRoutes;
+    case Request: break;
+    }
+    return requestRoutes;
+}
+
 template<class Signal>
 void ps_handler_topic_t::addRoute(QString const& relative, QString const& tail,
                                   Signal change, Signal status, Signal request)

@@ -41,6 +41,9 @@ public:
     /// trial order: the change form, from which the other two are made.
     QStringList routePatterns() const;
 
+    enum form_t { Change, Status, Request };
+    base::topic_routes_t const& routes(form_t form) const;
+
 Q_SIGNALS:
     void onPersistentUpdatedSomething(QJsonObject _packet);
 

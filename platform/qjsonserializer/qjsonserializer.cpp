@@ -375,9 +375,11 @@ void store(void* target, int size, Integer value)
 class Writer
 {
 public:
-    Writer(QJsonSerializer::Polymorphing polymorphing, QJsonSerializer::PolymorphingMode mode)
+    Writer(QJsonSerializer::Polymorphing polymorphing, QJsonSerializer::PolymorphingMode mode,
+           QJsonSerializer::MapSubstitute const* substitute = nullptr)
         : m_polymorphing(polymorphing)
         , m_shortNames(mode == QJsonSerializer::ShortName)
+        , m_substitute(substitute && *substitute ? substitute : nullptr)
     {
     }
 
@@ -444,10 +446,19 @@ private:
             || (m_polymorphing == QJsonSerializer::Enabled && info->polymorphic))
             out.insert(classKey, m_shortNames ? info->shortName : info->qualifiedName);
         for (PropertyInfo const& property : info->properties) {
-            QVariant const v = property.property.read(object);
             try {
-                out.insert(property.name, v.isValid() ? value(v.constData(), property.type, depth + 1)
-                                                      : QJsonValue(QJsonValue::Null));
+                if (m_substitute) {
+                    // The path is only kept for a substitute, which needs it to find its map.
+                    PathStep const step(m_path, property.name);
+                    QJsonValue substituted;
+                    if (usable(property.type)->kind == Kind::Map && (*m_substitute)(object, m_path, substituted)) {
+                        out.insert(property.name, substituted);
+                        continue;
+                    }
+                    out.insert(property.name, read(object, property, depth));
+                    continue;
+                }
+                out.insert(property.name, read(object, property, depth));
             } catch (Failure& failure) {
                 failure.path.prepend(property.name);
                 throw;
@@ -455,6 +466,29 @@ private:
         }
         return out;
     }
+
+    QJsonValue read(QObject const* object, PropertyInfo const& property, int depth)
+    {
+        QVariant const v = property.property.read(object);
+        return v.isValid() ? value(v.constData(), property.type, depth + 1) : QJsonValue(QJsonValue::Null);
+    }
+
+    /// Appends a key to the path for the lifetime of the step.
+    class PathStep
+    {
+    public:
+        PathStep(QStringList& path, QString const& key)
+            : m_path(path)
+        {
+            m_path.append(key);
+        }
+        ~PathStep() { m_path.removeLast(); }
+        PathStep(PathStep const&) = delete;
+        PathStep& operator=(PathStep const&) = delete;
+
+    private:
+        QStringList& m_path;
+    };
 
     QJsonObject map(void const* data, TypeInfo const* type, int depth)
     {
@@ -466,6 +500,11 @@ private:
             association.keyAtConstIterator(it.current(), &key);
             association.mappedAtConstIterator(it.current(), mapped.data());
             try {
+                if (m_substitute) {
+                    PathStep const step(m_path, key);
+                    out.insert(key, value(mapped.constData(), type->element, depth + 1));
+                    continue;
+                }
                 out.insert(key, value(mapped.constData(), type->element, depth + 1));
             } catch (Failure& failure) {
                 failure.path.prepend(key);
@@ -484,6 +523,11 @@ private:
         for (ConstIterators it(sequence, data); !it.atEnd(); it.next(), ++index) {
             sequence.valueAtConstIterator(it.current(), element.data());
             try {
+                if (m_substitute) {
+                    PathStep const step(m_path, QString::number(index));
+                    out.append(value(element.constData(), type->element, depth + 1));
+                    continue;
+                }
                 out.append(value(element.constData(), type->element, depth + 1));
             } catch (Failure& failure) {
                 failure.path.prepend(QString::number(index));
@@ -495,6 +539,8 @@ private:
 
     QJsonSerializer::Polymorphing m_polymorphing;
     bool m_shortNames;
+    QJsonSerializer::MapSubstitute const* m_substitute;
+    QStringList m_path;
     QMetaObject const* m_lastMetaObject = nullptr;
     ClassInfo const* m_lastClass = nullptr;
 };
@@ -800,6 +846,16 @@ QJsonSerializer::PolymorphingMode QJsonSerializer::polymorphingMode() const
 QJsonValue QJsonSerializer::serializeImpl(QVariant const& data) const
 {
     Writer writer(m_polymorphing, m_polymorphingMode);
+    try {
+        return writer.variant(data, 0);
+    } catch (Failure const& failure) {
+        throw QJsonSerializerException(failure.message());
+    }
+}
+
+QJsonValue QJsonSerializer::serializeImpl(QVariant const& data, MapSubstitute const& substitute) const
+{
+    Writer writer(m_polymorphing, m_polymorphingMode, &substitute);
     try {
         return writer.variant(data, 0);
     } catch (Failure const& failure) {

@@ -7,8 +7,10 @@
 #include <QMetaType>
 #include <QObject>
 #include <QString>
+#include <QStringList>
 #include <QVariant>
 
+#include <functional>
 #include <type_traits>
 
 #include "platform/qjsonserializer/qjsondeserializationexception.h"
@@ -63,6 +65,16 @@ public:
 
     /// Throws QJsonSerializerException when some value has no JSON form.
     QJsonValue serializeImpl(QVariant const& data) const;
+
+    /**
+     * Asked for every map-valued property of an object, with the keys that
+     * lead from the top to it (the property's name last): true when it has
+     * put the property's JSON in out, which is then taken instead of reading
+     * the map. Lets a caller that keeps the JSON of large maps skip them.
+     */
+    using MapSubstitute = std::function<bool(QObject const* owner, QStringList const& path, QJsonValue& out)>;
+    /// serializeImpl() with substitute asked as described there.
+    QJsonValue serializeImpl(QVariant const& data, MapSubstitute const& substitute) const;
 
     /**
      * Builds a value of the given meta-type from @p json. Objects created at

@@ -53,6 +53,12 @@ public:
     /// Same object pointers and the same enabled: a deep comparison goes through compare().
     bool operator==(ps_items_t const& other) const;
 
+    /// Items are flat records whose values all pass through assign(): the image keeps them by item.
+    base::json_cached_map_t* jsonCache(QString const& property) override
+    {
+        return property == objects.key() ? &objects : nullptr;
+    }
+
 Q_SIGNALS:
     void objects_listChanged(ps_items_map);
     void updatedChanged(QString);

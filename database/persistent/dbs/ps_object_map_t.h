@@ -10,6 +10,7 @@
 #include <QThread>
 #include <QVariant>
 
+#include "database/base/json_map_cache_t.h"
 #include "database/base/topicbase_t.h"
 #include "database/persistent/ps_request.h"
 #include "database/utility/utility.h"
@@ -31,7 +32,7 @@ namespace dbs {
  * Objects in the map have no QObject parent: the map owns them.
  */
 template<class T>
-class ps_object_map_t
+class ps_object_map_t : public base::json_cached_map_t
 {
 public:
     using map_t = QMap<QString, T*>;
@@ -50,8 +51,9 @@ public:
     /// Deep copy of another section's objects into this still empty map.
     void copyFrom(ps_object_map_t const& other)
     {
+        invalidate();
         for (auto it = other.objects.begin(); it != other.objects.end(); ++it)
-            objects.insert(it.key(), it.value() ? new T(*it.value()) : nullptr);
+            objects.insert(it.key(), it.value() ? observed(new T(*it.value())) : nullptr);
     }
 
     map_t const& get() const { return objects; }
@@ -69,9 +71,12 @@ public:
                 delete object;
         }
         objects = map;
+        invalidate();
         for (T* object : std::as_const(objects)) {
-            if (object)
+            if (object) {
                 object->setParent(nullptr);
+                observed(object);
+            }
         }
     }
 
@@ -223,13 +228,14 @@ public:
         // objects with this one is still safe to read.
         map_t copies;
         for (auto it = map.begin(); it != map.end(); ++it) {
-            T* copy = it.value() ? new T(*it.value()) : nullptr;
+            T* copy = it.value() ? observed(new T(*it.value())) : nullptr;
             if (copy)
                 adoptThread(copy);
             copies.insert(it.key(), copy);
         }
         qDeleteAll(objects);
         objects = copies;
+        invalidate();
         wire(receiver, true);
         if (_notify)
             sendUpdate();
@@ -300,12 +306,60 @@ public:
         return utility::getInstance()->serializer()->serializeImpl(QVariant::fromValue(map));
     }
 
+    entries_t changedEntries() override
+    {
+        QSet<QString> keys = staleKeys;
+        QList<T*> unresolved;
+        QString const prefix = objectTopic(QString());
+        for (base::topicbase_t* changed : std::as_const(staleObjects)) {
+            T* object = static_cast<T*>(changed);
+            QString const topic = object->getTopic();
+            // The topic names the key unless someone gave the object another one.
+            if (topic.startsWith(prefix)) {
+                QString const key = topic.mid(prefix.size());
+                auto const found = objects.constFind(key);
+                if (found != objects.constEnd() && found.value() == object) {
+                    keys.insert(key);
+                    continue;
+                }
+            }
+            unresolved.append(object);
+        }
+        if (!unresolved.isEmpty()) {
+            for (auto it = objects.constBegin(); it != objects.constEnd(); ++it) {
+                if (it.value() && unresolved.contains(it.value()))
+                    keys.insert(it.key());
+            }
+        }
+        entries_t entries;
+        entries.reserve(keys.size());
+        for (QString const& key : std::as_const(keys)) {
+            auto const found = objects.constFind(key);
+            if (found == objects.constEnd())
+                entries.append({key, QJsonValue(QJsonValue::Undefined)});
+            else if (!found.value())
+                entries.append({key, QJsonValue(QJsonValue::Null)});
+            else
+                entries.append({key, utility::getInstance()->serializer()->serializeImpl(
+                                         QVariant::fromValue(static_cast<QObject*>(found.value())))});
+        }
+        return entries;
+    }
+
 private:
+    T* observed(T* object)
+    {
+        object->setJsonObserver(this);
+        return object;
+    }
+
     QString requestOf(QString const& relative) const { return requestBase + QLatin1Char('/') + relative; }
 
     /// The map owns copy from here on, wired like every other object.
     void insertCopy(QString const& id, T* copy)
     {
+        observed(copy);
+        keyChanged(id);
         adoptThread(copy);
         objects.insert(id, copy);
         copy->initRequestSignals(receiver, true);
@@ -323,7 +377,10 @@ private:
     /// may still hold it) and drops the key.
     void release(typename map_t::iterator found)
     {
+        keyChanged(found.key());
         if (T* existing = found.value()) {
+            forget(existing);
+            existing->setJsonObserver(nullptr);
             existing->initRequestSignals(receiver, false);
             existing->deleteLater();
         }

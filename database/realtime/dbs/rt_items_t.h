@@ -44,6 +44,12 @@ public:
     /// Publishes one item, or null when the key isn't there.
     void send_update_item(QString const& key) { objects.sendUpdateObject(key); }
 
+    /// Live values are flat records whose values all pass through assign(): the image keeps them by item.
+    base::json_cached_map_t* jsonCache(QString const& property) override
+    {
+        return property == objects.key() ? &objects : nullptr;
+    }
+
 Q_SIGNALS:
     void objects_listChanged(database::realtime::rt_items_map);
     void updatedChanged(QString);

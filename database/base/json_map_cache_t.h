@@ -1,0 +1,97 @@
+#ifndef DATABASE_BASE_JSON_MAP_CACHE_T_H
+#define DATABASE_BASE_JSON_MAP_CACHE_T_H
+
+#include <QJsonValue>
+#include <QList>
+#include <QPair>
+#include <QSet>
+#include <QString>
+#include <QStringList>
+
+#include "database/base/topicbase_t.h"
+
+#include "database/database_export.h"
+
+namespace database {
+namespace base {
+
+/**
+ * The bookkeeping that lets the JSON image keep the text of a large map of
+ * objects and patch it, instead of serializing every object at each rebuild:
+ * which keys and which objects changed since the image last took the map.
+ *
+ * The map that derives from it reports its own insertions and removals
+ * (keyChanged), replacements of the whole (invalidate) and the objects it
+ * lets go (forget); its objects report their own changes as its observer.
+ * Only objects whose every stored value goes through assign() may be kept
+ * this way: a change made behind assign() would never reach the image.
+ */
+class DATABASE_EXPORT json_cached_map_t : public json_observer_t
+{
+public:
+    using entries_t = QList<QPair<QString, QJsonValue>>;
+
+    /// Whether the image's JSON of this map, at path and as of the image's
+    /// rebuild serial, is still this map's and can be patched.
+    bool patchable(void const* image, quint64 serial, QStringList const& path) const
+    {
+        return !whole && image == stampImage && serial == stampSerial && path == stampPath;
+    }
+
+    /// What the patch puts in: the JSON of each changed key, Undefined for a
+    /// key that is gone. Throws as the serializer does.
+    virtual entries_t changedEntries() = 0;
+
+    /// From now on the image's JSON at path, as of serial, is this map's.
+    void stamp(void const* image, quint64 serial, QStringList const& path)
+    {
+        stampImage = image;
+        stampSerial = serial;
+        stampPath = path;
+        whole = false;
+        staleKeys.clear();
+        staleObjects.clear();
+    }
+
+    void storedChanged(topicbase_t* object) override
+    {
+        if (!whole)
+            staleObjects.insert(object);
+    }
+    void observerLeft(topicbase_t*) override { invalidate(); }
+
+protected:
+    json_cached_map_t() = default;
+    json_cached_map_t(json_cached_map_t const&) = delete;
+    json_cached_map_t& operator=(json_cached_map_t const&) = delete;
+    ~json_cached_map_t() = default;
+
+    void keyChanged(QString const& key)
+    {
+        if (!whole)
+            staleKeys.insert(key);
+    }
+    /// The next rebuild serializes the whole map again.
+    void invalidate()
+    {
+        whole = true;
+        staleKeys.clear();
+        staleObjects.clear();
+    }
+    /// object leaves the map: it is no longer asked for.
+    void forget(topicbase_t* object) { staleObjects.remove(object); }
+
+    QSet<QString> staleKeys;
+    QSet<topicbase_t*> staleObjects;
+
+private:
+    bool whole = true;
+    void const* stampImage = nullptr;
+    quint64 stampSerial = 0;
+    QStringList stampPath;
+};
+
+} // namespace base
+} // namespace database
+
+#endif // DATABASE_BASE_JSON_MAP_CACHE_T_H
