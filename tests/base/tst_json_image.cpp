@@ -115,6 +115,14 @@ QString key(QRandomGenerator& random, int keys)
                                    : QStringLiteral("K%1").arg(random.bounded(keys));
 }
 
+/// Puts object under id, freeing what a key drawn twice held before.
+template<class Map, class Object>
+void putFresh(Map& map, QString const& id, Object* object)
+{
+    delete map.value(id);
+    map.insert(id, object);
+}
+
 } // namespace
 
 QMap<QString, QString> hashList(database::persistent::persistent_t* engine)
@@ -194,7 +202,7 @@ private Q_SLOTS:
                         // The whole map replaced, by copies or by adoption.
                         ps_items_map map;
                         for (int n = random.bounded(keys); n > 0; --n)
-                            map.insert(key(random, keys), persistentItem(random));
+                            putFresh(map, key(random, keys), persistentItem(random));
                         if (random.bounded(2)) {
                             items->update_items(map, false);
                             qDeleteAll(map);
@@ -262,7 +270,7 @@ private Q_SLOTS:
                     if (random.bounded(8) == 0) {
                         rt_items_map map;
                         for (int n = random.bounded(keys); n > 0; --n)
-                            map.insert(key(random, keys), new rt_object_item_t(randomText(random), "1", nullptr));
+                            putFresh(map, key(random, keys), new rt_object_item_t(randomText(random), "1", nullptr));
                         if (random.bounded(2)) {
                             items->update_item(map, false);
                             qDeleteAll(map);
