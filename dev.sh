@@ -77,6 +77,10 @@ build_san() {
 # run_fuzz <seconds>: each target from its seeds, new finds kept in the build folder.
 run_fuzz() {
     local seconds="$1" target name failed=0
+    # Shallower allocation stacks and a smaller quarantine let the targets run
+    # about half as fast again; a finding is rerun from its saved input with
+    # the full options.
+    local ASAN_OPTIONS="$ASAN_OPTIONS:malloc_context_size=5:quarantine_size_mb=32"
     for target in "$san_dir"/fuzz/fuzz_*; do
         [ -f "$target" ] && [ -x "$target" ] || continue
         name="$(basename "$target")"

@@ -74,6 +74,14 @@ QList<QJsonObject> objectLines(uint8_t const* data, size_t size, int limit)
     return objects;
 }
 
+int choose(uint8_t const* data, size_t size, int count)
+{
+    quint32 hash = 2166136261u; // FNV-1a
+    for (size_t i = 0; i < size; ++i)
+        hash = (hash ^ data[i]) * 16777619u;
+    return int(hash % quint32(count));
+}
+
 void fail(char const* what, QString const& detail)
 {
     std::fprintf(stderr, "FUZZ FINDING: %s\n%s\n", what, qPrintable(detail));

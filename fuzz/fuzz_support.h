@@ -26,6 +26,10 @@ bool parseObject(uint8_t const* data, size_t size, QJsonObject& object);
 /// The non-empty lines of the input that are JSON objects, at most limit of them.
 QList<QJsonObject> objectLines(uint8_t const* data, size_t size, int limit);
 
+/// A choice among count made by the input's bytes: the same input always
+/// makes the same choice, and mutations spread inputs over every choice.
+int choose(uint8_t const* data, size_t size, int count);
+
 /// Ends the run as a finding: libFuzzer keeps the input that led here.
 [[noreturn]] void fail(char const* what, QString const& detail = QString());
 
