@@ -33,6 +33,9 @@
 #include "database/realtime/objects/rt_object_item_t.h"
 #include "database/realtime/realtime_t.h"
 #include "platform/logs/classlogs.h"
+#include "live_road_workload.h"
+
+using namespace live_road;
 
 using database::database_t;
 using database::definition::service_t;
@@ -43,51 +46,6 @@ using database::realtime::rt_handler_topic_t;
 using database::realtime::objects::rt_object_item_t;
 
 namespace {
-
-/// The random changes: key index and value of each, from xorshift32 as in bench/peer/live_road.js.
-struct workload_t {
-    std::vector<int> keys;
-    std::vector<int> values;
-    qint64 checksum = 0;
-};
-
-workload_t workload(int items, int changes)
-{
-    workload_t w;
-    quint32 x = 2463534242u;
-    auto next = [&x] {
-        x ^= x << 13;
-        x ^= x >> 17;
-        x ^= x << 5;
-        return x;
-    };
-    for (int i = 0; i < changes; ++i) {
-        w.keys.push_back(int(next() % quint32(items)));
-        w.values.push_back(int(next() % 1000u));
-        w.checksum = (w.checksum * 31 + w.keys.back() * 1000 + w.values.back()) % 1000000007;
-    }
-    return w;
-}
-
-QJsonObject itemPayload(int n, int value)
-{
-    return QJsonObject{{"id_driver", ""},        {"name", QStringLiteral("item %1").arg(value)},
-                       {"enabled", true},        {"status", QStringLiteral("1/1/%1").arg(n)},
-                       {"command", "1/1/2"},     {"feedback", "1/1/3"},
-                       {"type", "dtp_1"}};
-}
-
-QJsonObject realtimePacket(int n, int value)
-{
-    return QJsonObject{{"topic", QStringLiteral("status/DB/realtime/items/objects_list/I%1/value").arg(n)},
-                       {"payload", QString::number(value)}};
-}
-
-QJsonObject persistentPacket(int n, int value)
-{
-    return QJsonObject{{"topic", QStringLiteral("status/DB/persistent/items/objects_list/I%1").arg(n)},
-                       {"payload", itemPayload(n, value)}};
-}
 
 double residentBytes()
 {
@@ -100,29 +58,6 @@ double residentBytes()
     int const read = std::fscanf(statm, "%ld %ld", &pages, &resident);
     std::fclose(statm);
     return read == 2 ? double(resident) * 4096.0 : 0;
-}
-
-void fillRealtime(database_t& db, int items)
-{
-    auto* tree = db.getRealtime()->getData()->getItems();
-    for (int n = 0; n < items; ++n) {
-        rt_object_item_t item(QStringLiteral("1/1/%1").arg(n), QStringLiteral("0"), nullptr);
-        tree->update_item(QStringLiteral("I%1").arg(n), &item, false);
-    }
-    db.getRealtime()->serialize(true);
-}
-
-void fillPersistent(database_t& db, int items)
-{
-    auto* tree = db.getPersistent()->getData()->getItems();
-    for (int n = 0; n < items; ++n) {
-        QJsonObject const payload = itemPayload(n, 0);
-        ps_object_item_t item;
-        for (auto it = payload.begin(); it != payload.end(); ++it)
-            item.setProperty(it.key().toLatin1().constData(), it.value().toVariant());
-        tree->update_items(QStringLiteral("I%1").arg(n), &item, false);
-    }
-    db.getPersistent()->serialize(true);
 }
 
 /// Changes per second of one road, from the first update to the save after the last change signal.
