@@ -2,12 +2,15 @@
 
 #include <QAssociativeIterable>
 #include <QHash>
+#include <QMetaMethod>
 #include <QMetaProperty>
 #include <QMutex>
 #include <QMutexLocker>
 #include <QPair>
 #include <QSequentialIterable>
 #include <QVector>
+
+#include <array>
 
 #include "database/utility/utility.h"
 #include "platform/qjsonserializer/qjsonserializer.h"
@@ -97,27 +100,51 @@ QJsonObject topicbase_t::getPacketRequest(QString const& _topic, QJsonValue cons
     return getPacketUpdated(_topic, payload);
 }
 
+namespace {
+
+/// The four signals of the models and the engine's slot of each, looked up
+/// once per receiver class: tens of thousands of objects are wired at a load,
+/// and a connection by name parses and searches both signatures every time.
+using wiring_t = std::array<QPair<QMetaMethod, QMetaMethod>, 4>;
+
+wiring_t wiringFor(QMetaObject const* receiverClass)
+{
+    static QMutex mutex;
+    static QHash<QMetaObject const*, wiring_t> known;
+    QMutexLocker lock(&mutex);
+    auto it = known.find(receiverClass);
+    if (it != known.end())
+        return *it;
+    static char const* const pairs[][2] = {
+        {"onUpdated(QJsonObject)", "_onUpdated(QJsonObject)"},
+        {"onRequest(QJsonObject)", "_onRequest(QJsonObject)"},
+        {"onObjectNotExist(QJsonObject)", "_onObjectNotExist(QJsonObject)"},
+        {"onObjectError(QJsonObject,QString)", "_onObjectError(QJsonObject,QString)"},
+    };
+    wiring_t wiring;
+    QMetaObject const& models = topicbase_t::staticMetaObject;
+    for (std::size_t i = 0; i < wiring.size(); ++i)
+        wiring[i] = qMakePair(models.method(models.indexOfSignal(pairs[i][0])),
+                              receiverClass->method(receiverClass->indexOfSlot(pairs[i][1])));
+    known.insert(receiverClass, wiring);
+    return wiring;
+}
+
+} // namespace
+
 void topicbase_t::connectRequestSignals(QObject* receiver, bool connect)
 {
     if (!receiver)
         return;
-    // The receiver is an engine whose type the models don't know: connect by name.
-    struct pair_t {
-        char const* signal;
-        char const* slot;
-    };
-    static pair_t const pairs[] = {
-        {SIGNAL(onUpdated(QJsonObject)), SLOT(_onUpdated(QJsonObject))},
-        {SIGNAL(onRequest(QJsonObject)), SLOT(_onRequest(QJsonObject))},
-        {SIGNAL(onObjectNotExist(QJsonObject)), SLOT(_onObjectNotExist(QJsonObject))},
-        {SIGNAL(onObjectError(QJsonObject,QString)), SLOT(_onObjectError(QJsonObject,QString))},
-    };
-    for (pair_t const& pair : pairs) {
+    // The receiver is an engine whose type the models don't know: its slots are found by name.
+    wiring_t const wiring = wiringFor(receiver->metaObject());
+    for (auto const& [signal, slot] : wiring) {
+        if (!slot.isValid())
+            continue;
         if (connect)
-            QObject::connect(this, pair.signal, receiver, pair.slot,
-                             Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection));
+            QObject::connect(this, signal, receiver, slot, Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection));
         else
-            QObject::disconnect(this, pair.signal, receiver, pair.slot);
+            QObject::disconnect(this, signal, receiver, slot);
     }
 }
 
