@@ -26,6 +26,11 @@ int signalPipe[2] = {-1, -1};
 // Failed saves are retried after one second, then after twice the last delay up to a minute.
 constexpr int firstRetryDelay = 1000;
 constexpr int lastRetryDelay = 60000;
+// A file is written at most this often (ms). The engines ask for a save after
+// every 21 changes, and a save rewrites the whole file: without spacing, a
+// burst into a large installation spends its time writing. Changes wait at most
+// this long for the disk, less than the engines' own two-second debounce.
+constexpr qint64 saveSpacing = 500;
 
 void onUnixSignal(int)
 {
@@ -78,12 +83,25 @@ host_session_t::host_session_t(database::database_t* _database, host_store_t* pe
     addFile(presenceStore, [presence] { return presence->getHash(); },
             [presence](QString const& path) { return presence->saveToFile(path, false); });
     // Each database is saved when its own engine asks.
-    connect(persistent, &database::persistent::persistent_t::onSaveRequest, this,
-            [this] { if (!finished) save(files.at(0)); }, Qt::QueuedConnection);
-    connect(realtime, &database::realtime::realtime_t::onSaveRequest, this,
-            [this] { if (!finished) save(files.at(1)); }, Qt::QueuedConnection);
+    connect(persistent, &database::persistent::persistent_t::onSaveRequest, this, [this] { requestSave(0); },
+            Qt::QueuedConnection);
+    connect(realtime, &database::realtime::realtime_t::onSaveRequest, this, [this] { requestSave(1); },
+            Qt::QueuedConnection);
     connect(presence, &database::presencesimulation::presencesimulation_t::onSaveRequest, this,
-            [this] { if (!finished) save(files.at(2)); }, Qt::QueuedConnection);
+            [this] { requestSave(2); }, Qt::QueuedConnection);
+}
+
+void host_session_t::requestSave(std::size_t index)
+{
+    saved_file_t& file = files.at(index);
+    if (finished || file.later->isActive())
+        return;
+    qint64 const since = file.sinceSave.isValid() ? file.sinceSave.elapsed() : saveSpacing;
+    // A failing file is tried at once, as its retries are.
+    if (file.failing || since >= saveSpacing)
+        save(file);
+    else
+        file.later->start(int(saveSpacing - since));
 }
 
 void host_session_t::addFile(host_store_t* store, std::function<QString()> hash, host_store_t::writer_t write)
@@ -97,6 +115,12 @@ void host_session_t::addFile(host_store_t* store, std::function<QString()> hash,
     file.retry->setSingleShot(true);
     std::size_t const index = files.size();
     connect(file.retry, &QTimer::timeout, this, [this, index] {
+        if (!finished)
+            save(files.at(index));
+    });
+    file.later = new QTimer(this);
+    file.later->setSingleShot(true);
+    connect(file.later, &QTimer::timeout, this, [this, index] {
         if (!finished)
             save(files.at(index));
     });
@@ -250,6 +274,7 @@ void host_session_t::save(saved_file_t& file)
     if (current || file.store->save(file.write, error)) {
         if (!current) {
             file.lastSavedHash = hash;
+            file.sinceSave.start();
             ++saves;
         }
         if (file.failing)

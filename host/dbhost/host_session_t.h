@@ -1,6 +1,7 @@
 #ifndef HOST_DBHOST_HOST_SESSION_T_H
 #define HOST_DBHOST_HOST_SESSION_T_H
 
+#include <QElapsedTimer>
 #include <QHash>
 #include <QJsonObject>
 #include <QList>
@@ -71,10 +72,15 @@ private:
         bool failing = false;
         int retryDelay = 0;
         QTimer* retry = nullptr;
+        /// Saves of one file are spaced: a request that comes sooner waits for this timer.
+        QElapsedTimer sinceSave;
+        QTimer* later = nullptr;
     };
 
     void addFile(host_store_t* store, std::function<QString()> hash, host_store_t::writer_t write);
     void save(saved_file_t& file);
+    /// What the engine's save request gets: a save now, or when the spacing is over.
+    void requestSave(std::size_t index);
     void connectChanges(QObject* router, QByteArray const& prefix, QString const& databaseName);
     /// Hands the packet to the engine of its topic; false when it refuses it.
     bool route(QJsonObject const& packet);
