@@ -67,6 +67,7 @@ struct ClassInfo {
     QString qualifiedName;
     QString shortName;
     bool polymorphic = false; // Q_CLASSINFO("polymorphic", "true"), here or in a base class
+    int constructor = -1;     // of Class(QObject*), found once instead of at every instance
     std::vector<PropertyInfo> properties;
 };
 
@@ -246,6 +247,8 @@ ClassInfo const* Registry::classInfo(QMetaObject const* metaObject)
     info->shortName = afterLastColons(info->qualifiedName).toString();
     int const marker = metaObject->indexOfClassInfo("polymorphic");
     info->polymorphic = marker >= 0 && qstrcmp(metaObject->classInfo(marker).value(), "true") == 0;
+    info->constructor = metaObject->indexOfConstructor(
+        QMetaObject::normalizedSignature((info->shortName + QStringLiteral("(QObject*)")).toUtf8().constData()));
     // Starting past QObject's own properties leaves objectName out.
     for (int i = QObject::staticMetaObject.propertyCount(); i < metaObject->propertyCount(); ++i) {
         QMetaProperty const property = metaObject->property(i);
@@ -744,8 +747,15 @@ private:
             fail(QStringLiteral("objects nested more than %1 deep").arg(maxDepth));
         QJsonObject const fields = json.toObject();
         QMetaObject const* metaObject = chooseClass(fields, declared);
+        ClassInfo const* info = registry()->classInfo(metaObject);
 
-        QObject* instance = metaObject->newInstance(Q_ARG(QObject*, parent));
+        // What newInstance() does, without looking the constructor up by its signature each time.
+        QObject* instance = nullptr;
+        if (info->constructor >= 0) {
+            void* arguments[] = {&instance, &parent};
+            if (metaObject->static_metacall(QMetaObject::CreateInstance, info->constructor, arguments) >= 0)
+                instance = nullptr;
+        }
         if (!instance)
             fail(QStringLiteral("cannot create a %1: it needs a Q_INVOKABLE constructor taking a QObject* parent")
                      .arg(QLatin1StringView(metaObject->className())));
@@ -753,7 +763,7 @@ private:
         if (parent == m_topParent)
             m_created.push_back(instance);
 
-        for (PropertyInfo const& property : registry()->classInfo(metaObject)->properties) {
+        for (PropertyInfo const& property : info->properties) {
             if (!property.writable)
                 continue;
             auto const field = fields.constFind(property.name);
@@ -762,7 +772,7 @@ private:
             try {
                 QVariant value(property.type->type);
                 into(*field, property.type, value.data(), instance, depth + 1);
-                if (!property.property.write(instance, value))
+                if (!write(instance, property, value))
                     fail(QStringLiteral("%1 refused the value").arg(QLatin1StringView(metaObject->className())));
             } catch (Failure& failure) {
                 failure.path.prepend(property.name);
@@ -770,6 +780,19 @@ private:
             }
         }
         return instance;
+    }
+
+    /// QMetaProperty::write() for a value of exactly the property's type, which
+    /// is what the reader makes: no conversion to try, so the setter is called directly.
+    static bool write(QObject* instance, PropertyInfo const& property, QVariant& value)
+    {
+        if (value.metaType() != property.property.metaType() || property.type->kind == Kind::Variant)
+            return property.property.write(instance, value);
+        int status = -1;
+        int flags = 0;
+        void* arguments[] = {value.data(), &value, &status, &flags};
+        QMetaObject::metacall(instance, QMetaObject::WriteProperty, property.property.propertyIndex(), arguments);
+        return status != 0;
     }
 
     void map(QJsonValue const& json, TypeInfo const* type, void* target, QObject* parent, int depth)
