@@ -164,7 +164,14 @@ private Q_SLOTS:
         QMap<int, double> persistentRate;
         QString problems;
         std::printf("\n%8s  %-10s  %14s  %14s  %7s\n", "items", "road", "ours per s", "peer per s", "ratio");
-        for (int items : {100, 1000, 10000}) {
+        // LIVE_ROAD_SIZES=10000 runs one size, e.g. under a profiler.
+        QList<int> runSizes{100, 1000, 10000};
+        if (qEnvironmentVariableIsSet("LIVE_ROAD_SIZES")) {
+            runSizes.clear();
+            for (QString const& size : qEnvironmentVariable("LIVE_ROAD_SIZES").split(QLatin1Char(',')))
+                runSizes.append(size.toInt());
+        }
+        for (int items : runSizes) {
             workload_t const w = workload(items, changes);
             std::vector<QJsonObject> realtime;
             std::vector<QJsonObject> persistent;

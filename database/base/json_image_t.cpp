@@ -120,6 +120,9 @@ bool json_image_t::rebuild(QVariant const& root, bool whole)
     // The previous image goes first, so that the kept maps are held once and
     // patched in place rather than copied.
     jdata = std::move(next);
+    // Qt's move assignment swaps: without this the previous image lives on in
+    // next, shares the kept maps, and the patch below copies each of them whole.
+    next = QJsonObject();
     for (patch_t const& patch : std::as_const(patches))
         applyPatch(jdata, patch, 0);
     // Unique across images, so that a map never mistakes another image's JSON for its own.
