@@ -747,7 +747,12 @@ private:
             fail(QStringLiteral("objects nested more than %1 deep").arg(maxDepth));
         QJsonObject const fields = json.toObject();
         QMetaObject const* metaObject = chooseClass(fields, declared);
-        ClassInfo const* info = registry()->classInfo(metaObject);
+        // Consecutive objects are usually of one class: skip the locked lookup then.
+        if (metaObject != m_lastMetaObject) {
+            m_lastClass = registry()->classInfo(metaObject);
+            m_lastMetaObject = metaObject;
+        }
+        ClassInfo const* info = m_lastClass;
 
         // What newInstance() does, without looking the constructor up by its signature each time.
         QObject* instance = nullptr;
@@ -837,6 +842,8 @@ private:
     QJsonSerializer::Polymorphing m_polymorphing;
     QObject* m_topParent;
     std::vector<QObject*> m_created; // objects without one of ours as parent
+    QMetaObject const* m_lastMetaObject = nullptr;
+    ClassInfo const* m_lastClass = nullptr;
 };
 
 } // namespace
