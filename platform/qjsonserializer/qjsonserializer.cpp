@@ -52,6 +52,7 @@ struct TypeInfo {
     QMetaAssociation association;
     QMetaSequence sequence;
     TypeInfo const* element = nullptr; // mapped type of a Map, value type of a List
+    QJsonSerializer::MapAppend append = nullptr; // of a registered map of objects
     QString problem;                   // why the type has no JSON form
 };
 
@@ -94,6 +95,7 @@ public:
     TypeInfo const* type(QMetaType type);
     ClassInfo const* classInfo(QMetaObject const* metaObject);
     void addClass(QMetaObject const* metaObject);
+    void addMapAppend(QMetaType map, QJsonSerializer::MapAppend append);
     QMetaObject const* findClass(QString const& name, QMetaObject const* declared);
 
 private:
@@ -103,6 +105,7 @@ private:
     QHash<int, TypeInfo*> m_types;
     std::vector<TypeInfo*> m_retired; // superseded Unsupported entries, still referenced
     QHash<QMetaObject const*, ClassInfo*> m_classes;
+    QHash<int, QJsonSerializer::MapAppend> m_appends;
     QMultiHash<QString, QMetaObject const*> m_shortNames;
 };
 
@@ -202,6 +205,8 @@ TypeInfo Registry::describe(QMetaType type)
             } else {
                 info.kind = Kind::Map;
                 info.element = this->type(a.mappedMetaType());
+                QReadLocker locker(&m_lock);
+                info.append = m_appends.value(type.id());
             }
             return info;
         }
@@ -270,6 +275,16 @@ void Registry::addClass(QMetaObject const* metaObject)
     QWriteLocker locker(&m_lock);
     if (!m_shortNames.contains(shortName, metaObject))
         m_shortNames.insert(shortName, metaObject);
+}
+
+void Registry::addMapAppend(QMetaType map, QJsonSerializer::MapAppend append)
+{
+    int const id = map.id();
+    QWriteLocker locker(&m_lock);
+    m_appends.insert(id, append);
+    // A map described before its registration learns it now.
+    if (TypeInfo* described = m_types.value(id))
+        described->append = append;
 }
 
 QMetaObject const* Registry::findClass(QString const& name, QMetaObject const* declared)
@@ -816,7 +831,10 @@ private:
                 failure.path.prepend(key);
                 throw;
             }
-            association.setMappedAtKey(target, &key, mapped.constData());
+            if (type->append)
+                type->append(target, key, mapped.constData());
+            else
+                association.setMappedAtKey(target, &key, mapped.constData());
         }
     }
 
@@ -915,4 +933,9 @@ QVariant QJsonSerializer::deserialize(QJsonValue const& json, int metaTypeId, QO
 void QJsonSerializer::registerClass(QMetaObject const* metaObject)
 {
     registry()->addClass(metaObject);
+}
+
+void QJsonSerializer::registerMapAppend(QMetaType map, MapAppend append)
+{
+    registry()->addMapAppend(map, append);
 }
