@@ -59,8 +59,10 @@ struct TypeInfo {
 struct PropertyInfo {
     QMetaProperty property;
     QString name;
+    QLatin1StringView latin1Name; // the meta-object's own text, which lives as long as it
     TypeInfo const* type;
     bool writable;
+    bool asciiName; // then latin1Name is the name; a UTF-8 one is searched as name
 };
 
 /// The stored properties of one class, computed once per meta-object.
@@ -71,6 +73,15 @@ struct ClassInfo {
     int constructor = -1;     // of Class(QObject*), found once instead of at every instance
     std::vector<PropertyInfo> properties;
 };
+
+bool isAscii(char const* text)
+{
+    for (; *text; ++text) {
+        if (static_cast<unsigned char>(*text) >= 0x80)
+            return false;
+    }
+    return true;
+}
 
 QStringView afterLastColons(QStringView name)
 {
@@ -260,7 +271,8 @@ ClassInfo const* Registry::classInfo(QMetaObject const* metaObject)
         if (!property.isStored() || !property.isReadable())
             continue;
         info->properties.push_back(PropertyInfo{property, QString::fromUtf8(property.name()),
-                                                type(property.metaType()), property.isWritable()});
+                                                QLatin1StringView(property.name()), type(property.metaType()),
+                                                property.isWritable(), isAscii(property.name())});
     }
     QWriteLocker locker(&m_lock);
     ClassInfo*& slot = m_classes[metaObject];
@@ -741,7 +753,7 @@ private:
     {
         if (m_polymorphing == QJsonSerializer::Disabled)
             return declared;
-        auto const it = json.constFind(classKey);
+        auto const it = json.constFind(QLatin1StringView("@class"));
         if (it == json.constEnd()) {
             if (m_polymorphing == QJsonSerializer::Forced)
                 fail(QStringLiteral("missing \"%1\"").arg(classKey));
@@ -786,7 +798,9 @@ private:
         for (PropertyInfo const& property : info->properties) {
             if (!property.writable)
                 continue;
-            auto const field = fields.constFind(property.name);
+            // A Latin-1 key compares with the object's stored keys without widening either.
+            auto const field = property.asciiName ? fields.constFind(property.latin1Name)
+                                                  : fields.constFind(property.name);
             if (field == fields.constEnd())
                 continue;
             try {
