@@ -474,7 +474,7 @@ private:
         QJsonObject out;
         if (m_polymorphing == QJsonSerializer::Forced
             || (m_polymorphing == QJsonSerializer::Enabled && info->polymorphic))
-            out.insert(classKey, m_shortNames ? info->shortName : info->qualifiedName);
+            out.insert(QLatin1StringView("@class"), m_shortNames ? info->shortName : info->qualifiedName);
         for (PropertyInfo const& property : info->properties) {
             try {
                 if (m_substitute) {
@@ -482,19 +482,28 @@ private:
                     PathStep const step(m_path, property.name);
                     QJsonValue substituted;
                     if (usable(property.type)->kind == Kind::Map && (*m_substitute)(object, m_path, substituted)) {
-                        out.insert(property.name, substituted);
+                        insert(out, property, substituted);
                         continue;
                     }
-                    out.insert(property.name, read(object, property, depth));
+                    insert(out, property, read(object, property, depth));
                     continue;
                 }
-                out.insert(property.name, read(object, property, depth));
+                insert(out, property, read(object, property, depth));
             } catch (Failure& failure) {
                 failure.path.prepend(property.name);
                 throw;
             }
         }
         return out;
+    }
+
+    /// A Latin-1 key is stored as it is; a QString one is narrowed first.
+    static void insert(QJsonObject& out, PropertyInfo const& property, QJsonValue const& value)
+    {
+        if (property.asciiName)
+            out.insert(property.latin1Name, value);
+        else
+            out.insert(property.name, value);
     }
 
     QJsonValue read(QObject const* object, PropertyInfo const& property, int depth)
