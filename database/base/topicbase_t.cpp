@@ -141,10 +141,14 @@ void topicbase_t::connectRequestSignals(QObject* receiver, bool connect)
     for (auto const& [signal, slot] : wiring) {
         if (!slot.isValid())
             continue;
+        // By index: the slots were found by the signals' own signatures, so the
+        // argument check and signature texts of a connection by method would
+        // only repeat, for every object, what is known for the class.
         if (connect)
-            QObject::connect(this, signal, receiver, slot, Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection));
+            QMetaObject::connect(this, signal.methodIndex(), receiver, slot.methodIndex(),
+                                 Qt::QueuedConnection | Qt::UniqueConnection);
         else
-            QObject::disconnect(this, signal, receiver, slot);
+            QMetaObject::disconnect(this, signal.methodIndex(), receiver, slot.methodIndex());
     }
 }
 
