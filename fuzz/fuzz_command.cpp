@@ -7,6 +7,8 @@
 #include <QJsonObject>
 #include <QList>
 
+#include <array>
+
 #include "database/command/cmd_handler_topic_t.h"
 #include "database/command/command_t.h"
 #include "database/database_t.h"
@@ -32,7 +34,7 @@ extern "C" int LLVMFuzzerTestOneInput(uint8_t const* data, size_t size)
     fuzz::kept_database_t* const kept = databases[role];
     database::database_t& database = kept->get();
     database::command::cmd_handler_topic_t* router = database.getCommand()->getHandlerTopic();
-    QJsonObject saved[3];
+    std::array<QJsonObject, 3> saved;
     {
         fuzz::exception_watch_t exceptions;
         for (QJsonObject const& packet : packets) {
@@ -41,15 +43,15 @@ extern "C" int LLVMFuzzerTestOneInput(uint8_t const* data, size_t size)
             fuzz::drain();
         }
         for (fuzz::engine_t engine : {fuzz::persistent, fuzz::realtime, fuzz::presencesimulation})
-            saved[engine] = fuzz::image(database, engine);
+            saved.at(engine) = fuzz::image(database, engine); // a reset or a load rebuilt it already
         fuzz::drain();
         if (!exceptions.first().isEmpty())
             fuzz::fail("an exception was caught inside the library", exceptions.first());
     }
     for (fuzz::engine_t engine : {fuzz::persistent, fuzz::realtime, fuzz::presencesimulation}) {
-        if (saved[engine] != kept->first(engine))
-            fuzz::checkRoundTrip(engine, saved[engine]);
+        if (saved.at(engine) != kept->first(engine))
+            fuzz::checkRoundTrip(engine, saved.at(engine));
     }
-    kept->restore();
+    kept->restore(saved);
     return 0;
 }

@@ -24,14 +24,16 @@ QString engineName(engine_t engine);
 
 /// What a target does with one engine of a façade.
 bool update(database::database_t& database, engine_t engine, QJsonObject const& packet);
-/// The engine's image, rebuilt now.
-QJsonObject image(database::database_t& database, engine_t engine);
+/// The engine's image: rebuilt now with force, otherwise only when a change
+/// since the last rebuild left it stale.
+QJsonObject image(database::database_t& database, engine_t engine, bool force = false);
 /// Loads a stored document the way the host does; false when the engine refused it.
 /// storedMajor is the generation of the persistent file for the engines that follow it.
 bool loadFromJson(database::database_t& database, engine_t engine, QJsonObject document, int storedMajor);
 
 /// Loads an image into an offline façade and compares the image it makes:
-/// what a save and a restart would keep. A fault when the two differ.
+/// what a save and a restart would keep. A fault when the two differ. An
+/// image checked before is not checked again: the outcome would be the same.
 void checkRoundTrip(engine_t engine, QJsonObject const& saved);
 
 /// A façade kept for the whole run, since making one costs far more than an
@@ -46,8 +48,12 @@ public:
     database::database_t& get() { return *database; }
     /// The image the engine had when the façade was made.
     QJsonObject const& first(engine_t engine) const { return images.at(engine); }
-    /// Puts the changed engines back; a fault when one can't be.
-    void restore();
+    /// Makes the present images the state every input starts from.
+    void keepPresent();
+    /// Puts the changed engines back; a fault when one can't be. known holds
+    /// the images an input already took with force, by engine (empty where it
+    /// took none): those engines are not serialized again.
+    void restore(std::array<QJsonObject, 3> const& known = {});
 
 private:
     std::unique_ptr<database::database_t> database;

@@ -11,6 +11,7 @@
 #include <QJsonObject>
 
 #include <array>
+#include <optional>
 
 #include "database/database_t.h"
 #include "database/definition/service_t.h"
@@ -70,6 +71,27 @@ std::array<QByteArray, 3> const& goodFiles()
     return files;
 }
 
+/// Empties the folder and writes each file beside its good backup: the
+/// input as every current file, or the good files themselves without one.
+void writeFolder(QDir const& dir, std::optional<QByteArray> const& input)
+{
+    for (QString const& name : dir.entryList(QDir::Files))
+        QFile::remove(dir.filePath(name));
+    for (int n = 0; n < 3; ++n) {
+        writeAll(dir.filePath(fileNames.at(n)), input.value_or(goodFiles().at(n)));
+        writeAll(dir.filePath(fileNames.at(n) + QStringLiteral(".1")), goodFiles().at(n));
+    }
+}
+
+/// The host's own loading of the three files of the folder.
+bool load(database::database_t& database, QStringList& notes)
+{
+    host_store_t persistent(folder(), fileNames.at(0), 2);
+    host_store_t realtime(folder(), fileNames.at(1), 2);
+    host_store_t presence(folder(), fileNames.at(2), 2);
+    return host_loading_t{&persistent, &realtime, &presence}.load(database, notes);
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(uint8_t const* data, size_t size)
@@ -79,24 +101,26 @@ extern "C" int LLVMFuzzerTestOneInput(uint8_t const* data, size_t size)
     if (!prepared)
         fuzz::fail("cannot prepare the fuzz folder", folder());
     QDir dir(folder());
-    for (QString const& name : dir.entryList(QDir::Files))
-        dir.remove(name);
-    for (int n = 0; n < 3; ++n) {
-        writeAll(dir.filePath(fileNames.at(n)), input);
-        writeAll(dir.filePath(fileNames.at(n) + QStringLiteral(".1")), goodFiles().at(n));
-    }
+    writeFolder(dir, input);
 
     {
-        // The host starts from the factory databases: so does every input.
-        static fuzz::kept_database_t* const kept =
-            new fuzz::kept_database_t(database::definition::service_t::offline);
+        // Every input starts from the databases as the good files load: the
+        // state a good backup gives back, so that putting it back is rare.
+        static fuzz::kept_database_t* const kept = [&dir, &input] {
+            auto* made = new fuzz::kept_database_t(database::definition::service_t::offline);
+            writeFolder(dir, std::nullopt);
+            QStringList notes;
+            if (!load(made->get(), notes))
+                fuzz::fail("the good files do not load", notes.join(QLatin1Char('\n')));
+            fuzz::drain();
+            made->keepPresent();
+            writeFolder(dir, input);
+            return made;
+        }();
         kept->restore();
         database::database_t& database = kept->get();
-        host_store_t persistent(folder(), fileNames.at(0), 2);
-        host_store_t realtime(folder(), fileNames.at(1), 2);
-        host_store_t presence(folder(), fileNames.at(2), 2);
         QStringList notes;
-        bool const loaded = host_loading_t{&persistent, &realtime, &presence}.load(database, notes);
+        bool const loaded = load(database, notes);
         fuzz::drain();
         if (!loaded) {
             // A file of a newer version: the host doesn't start and touches nothing.
@@ -107,9 +131,7 @@ extern "C" int LLVMFuzzerTestOneInput(uint8_t const* data, size_t size)
             }
             return 0;
         }
-        database.getPersistent()->serialize(true);
-        database.getRealtime()->serialize(true);
-        database.getPresenceSimulation()->serialize(true);
+        // Each load has serialized its tree already; the consistency checks it asked for run here.
         fuzz::drain();
 
         for (int n = 0; n < 3; ++n) {
