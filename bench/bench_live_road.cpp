@@ -3,7 +3,8 @@
 // road of a client, with 100, 1,000 and 10,000 items; every image rebuild
 // the engines make on the way, and at the end the digests and one save. The
 // peer (jsonl-db under Node.js, bench/peer) takes the same random changes.
-// Also: loading and saving a 10,000-item persistent file against the bare
+// Also the floor: the two queued hops every packet takes, with no engine
+// work at all, against the same peer. Also: loading and saving a 10,000-item persistent file against the bare
 // parse and print of its JSON, and the resident memory per item.
 //
 // Writes the figures to live_road.json beside the executable. Changes per
@@ -127,6 +128,40 @@ double medianNs(int runs, F f)
     return times.at(times.size() / 2);
 }
 
+/// The road a packet must take whatever the engines do: two queued hops
+/// carrying a QJsonObject (router to handler, model to engine) and a turn of
+/// the host's event loop per packet, with nothing done at either end.
+class queued_hop_t : public QObject
+{
+    Q_OBJECT
+
+Q_SIGNALS:
+    void arrived(QJsonObject packet);
+    void forwarded(QJsonObject packet);
+
+public Q_SLOTS:
+    void forward(QJsonObject packet) { Q_EMIT forwarded(packet); }
+};
+
+/// Changes per second of that bare road, the floor under both of ours.
+double queuedFloor(std::vector<QJsonObject> const& packets)
+{
+    queued_hop_t hop;
+    QObject sink;
+    qsizetype changes = 0;
+    QObject::connect(&hop, &queued_hop_t::arrived, &hop, &queued_hop_t::forward, Qt::QueuedConnection);
+    QObject::connect(&hop, &queued_hop_t::forwarded, &sink, [&changes] { ++changes; }, Qt::QueuedConnection);
+    QElapsedTimer clock;
+    clock.start();
+    for (QJsonObject const& packet : packets) {
+        Q_EMIT hop.arrived(packet);
+        QCoreApplication::processEvents();
+    }
+    while (changes < qsizetype(packets.size()))
+        QCoreApplication::processEvents();
+    return double(packets.size()) * 1e9 / double(clock.nsecsElapsed());
+}
+
 } // namespace
 
 class bench_live_road : public QObject
@@ -162,6 +197,7 @@ private Q_SLOTS:
         QJsonArray sizes;
         QMap<int, double> realtimeRate;
         QMap<int, double> persistentRate;
+        QMap<int, double> floors;
         QString problems;
         std::printf("\n%8s  %-10s  %14s  %14s  %7s\n", "items", "road", "ours per s", "peer per s", "ratio");
         // LIVE_ROAD_SIZES=10000 runs one size, e.g. under a profiler; empty, only the files and memory.
@@ -204,6 +240,11 @@ private Q_SLOTS:
                         ratio(rt, peerRt.perSecond));
             std::printf("%8d  %-10s  %14.0f  %14.0f  %7.2f\n", items, "persistent", ps, peerPs.perSecond,
                         ratio(ps, peerPs.perSecond));
+            // Against the peer, what no engine work can go below.
+            double const bare = queuedFloor(realtime);
+            std::printf("%8d  %-10s  %14.0f  %14.0f  %7.2f\n", items, "floor", bare, peerRt.perSecond,
+                        ratio(bare, peerRt.perSecond));
+            floors.insert(items, bare);
             realtimeRate.insert(items, rt);
             persistentRate.insert(items, ps);
             // The slower road stands for the size, against the peer on that road's values.
@@ -267,7 +308,8 @@ private Q_SLOTS:
                                   {"flat_realtime", flatRealtime},
                                   {"flat_persistent", flatPersistent},
                                   {"load_ratio", loadRatio},
-                                  {"save_ratio", saveRatio}};
+                                  {"save_ratio", saveRatio},
+                                  {"floor_per_s", floors.isEmpty() ? 0.0 : floors.last()}};
         QFile out(QCoreApplication::applicationDirPath() + QStringLiteral("/live_road.json"));
         QVERIFY(out.open(QIODevice::WriteOnly | QIODevice::Truncate));
         out.write(QJsonDocument(figures).toJson(QJsonDocument::Indented));
