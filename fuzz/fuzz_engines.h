@@ -51,8 +51,8 @@ public:
     /// Makes the present images the state every input starts from.
     void keepPresent();
     /// Puts the changed engines back; a fault when one can't be. known holds
-    /// the images an input already took with force, by engine (empty where it
-    /// took none): those engines are not serialized again.
+    /// the images an input already took after its last change, by engine
+    /// (empty where it took none): those engines are not serialized again.
     void restore(std::array<QJsonObject, 3> const& known = {});
 
 private:
