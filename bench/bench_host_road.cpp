@@ -5,10 +5,13 @@
 // the exit, less the time of the same start and end with no input.
 //
 // Writes the figures to host_road.json beside the executable. Changes per
-// run: HOST_ROAD_CHANGES (60000).
+// run: HOST_ROAD_CHANGES (60000). HOST_ROAD_DBHOST runs another build of
+// dbhost (an older one, to compare). The largest size the journal of the
+// road's database reaches is noted.
 
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QProcess>
@@ -30,20 +33,30 @@ namespace {
 struct run_t {
     double seconds = 0;
     int changes = 0;
+    qint64 largestJournal = 0;
 };
 
+QString dbhostPath()
+{
+    return qEnvironmentVariableIsSet("HOST_ROAD_DBHOST") ? qEnvironmentVariable("HOST_ROAD_DBHOST")
+                                                         : QStringLiteral(DBHOST);
+}
+
 /// dbhost on folder with input as its standard input; its change lines of signal counted.
-run_t runHost(QString const& folder, QString const& input, QString const& signal)
+run_t runHost(QString const& folder, QString const& input, QString const& signal, QString const& journal)
 {
     QProcess host;
     host.setStandardInputFile(input);
     host.setStandardOutputFile(folder + QStringLiteral("/out.jsonl"));
     QElapsedTimer clock;
     clock.start();
-    host.start(QStringLiteral(DBHOST), {QStringLiteral("--data"), folder, QStringLiteral("--role"),
-                                        QStringLiteral("client"), QStringLiteral("--log-level"), QStringLiteral("1")});
+    host.start(dbhostPath(), {QStringLiteral("--data"), folder, QStringLiteral("--role"), QStringLiteral("client"),
+                              QStringLiteral("--log-level"), QStringLiteral("1")});
     run_t run;
-    if (!host.waitForFinished(1800000) || host.exitCode() != 0) {
+    QString const journalPath = folder + QLatin1Char('/') + journal;
+    while (clock.elapsed() < 1800000 && !host.waitForFinished(20))
+        run.largestJournal = qMax(run.largestJournal, QFileInfo(journalPath).size());
+    if (host.state() != QProcess::NotRunning || host.exitCode() != 0) {
         std::printf("dbhost failed: %s\n", host.readAllStandardError().constData());
         return run;
     }
@@ -74,7 +87,8 @@ private Q_SLOTS:
             ? qEnvironmentVariableIntValue("HOST_ROAD_CHANGES")
             : 60000;
         QJsonArray figures;
-        std::printf("\n%8s  %-10s  %14s  %10s  %10s\n", "items", "road", "host per s", "run s", "start s");
+        std::printf("\n%8s  %-10s  %14s  %10s  %10s  %14s\n", "items", "road", "host per s", "run s", "start s",
+                    "journal max");
         for (int items : {1000, 10000}) {
             workload_t const w = workload(items, changes);
             for (bool const realtime : {true, false}) {
@@ -102,19 +116,23 @@ private Q_SLOTS:
 
                 QString const signal = realtime ? QStringLiteral("onRealtimeChangeItem")
                                                 : QStringLiteral("onPersistentChangeItem");
-                run_t const idle = runHost(dir.path(), empty.fileName(), signal);
-                run_t const run = runHost(dir.path(), input.fileName(), signal);
+                QString const journal = realtime ? QStringLiteral("realtime.json.journal")
+                                                 : QStringLiteral("persistent.json.journal");
+                run_t const idle = runHost(dir.path(), empty.fileName(), signal, journal);
+                run_t const run = runHost(dir.path(), input.fileName(), signal, journal);
                 QVERIFY2(run.changes > 0, "the host raised no change");
                 // Too short a run to tell from the start and end alone: more changes are needed.
                 double const perSecond =
                     run.seconds > 1.5 * idle.seconds ? double(changes) / (run.seconds - idle.seconds) : 0.0;
                 char const* road = realtime ? "realtime" : "persistent";
-                std::printf("%8d  %-10s  %14.0f  %10.2f  %10.2f  (%d change lines)\n", items, road, perSecond,
-                            run.seconds, idle.seconds, run.changes);
+                std::printf("%8d  %-10s  %14.0f  %10.2f  %10.2f  %14lld  (%d change lines)\n", items, road,
+                            perSecond, run.seconds, idle.seconds, static_cast<long long>(run.largestJournal),
+                            run.changes);
                 figures.append(QJsonObject{{"items", items},
                                            {"road", QString::fromLatin1(road)},
                                            {"changes", changes},
                                            {"change_lines", run.changes},
+                                           {"largest_journal_bytes", run.largestJournal},
                                            {"per_s", perSecond}});
             }
         }

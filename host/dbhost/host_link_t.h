@@ -2,8 +2,11 @@
 #define HOST_DBHOST_HOST_LINK_T_H
 
 #include <QJsonObject>
+#include <QList>
 #include <QObject>
 #include <QString>
+
+#include <functional>
 
 /**
  * Where the packets of a host come from and where what the library gives the
@@ -31,6 +34,29 @@ public:
     /// A packet that was refused or not applied: the event is "refused",
     /// "not_exist" or "error", with the library's message for the last.
     virtual void reportProblem(QString const& event, QJsonObject const& packet, QString const& message) = 0;
+    /// After a batch of reports: what was written may go out now.
+    virtual void flushOutput() {}
+
+    /// A request of this process is accepted, before it is reported and
+    /// forwarded: a link that must find it again after a crash returns the
+    /// record to journal with it (empty: nothing to keep).
+    virtual QJsonObject acceptRequest(QJsonObject const& packet);
+    /// A record of this link's found in the journal at start, in order.
+    virtual void restoreRecord(QJsonObject const& record);
+    /// What this link must find again once the journal is started anew.
+    virtual QList<QJsonObject> carriedRecords() const;
+    /// Stops taking packets, or takes them again (the journal can't be written).
+    virtual void holdInput(bool hold);
+
+    /// Runs work once everything reported so far is durable; set by the
+    /// session (without one, at once).
+    void whenDurable(std::function<void()> work) const;
+    void setDurability(std::function<void(std::function<void()>)> gate) { durability = std::move(gate); }
+
+protected:
+    /// Carries what the library was handed through its queued hops at once,
+    /// so that the changes of a packet are journaled before what follows it.
+    static void settleLibrary();
 
 Q_SIGNALS:
     /// A packet for the engines of this process; origin names it in messages.
@@ -40,6 +66,13 @@ Q_SIGNALS:
     void requestMade(QJsonObject packet);
     /// Nothing more will come: the session ends.
     void ended();
+    /// A record of this link's own, journaled with the next commit.
+    void recordMade(QJsonObject record);
+    /// True while the link can't take more requests; the session holds input.
+    void congested(bool full);
+
+private:
+    std::function<void(std::function<void()>)> durability;
 };
 
 #endif // HOST_DBHOST_HOST_LINK_T_H

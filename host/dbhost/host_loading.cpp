@@ -1,11 +1,13 @@
 #include "host_loading.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
 
 #include <exception>
+#include <functional>
 
 #include "database/database_t.h"
 #include "database/default/realtime/rt_default_t.h"
@@ -83,7 +85,7 @@ bool loadFollower(Engine* engine, QString const& path, int storedMajor)
 
 } // namespace
 
-bool host_loading_t::load(database::database_t& database, QStringList& notes) const
+bool host_loading_t::load(database::database_t& database, QStringList& notes, bool onlyLooking) const
 {
     int storedMajor = currentMajor();
     QString version;
@@ -97,7 +99,7 @@ bool host_loading_t::load(database::database_t& database, QStringList& notes) co
         return false;
     }
     persistent->load([&](QString const& path) { return loadPersistent(database.getPersistent(), path, storedMajor); },
-                     notes);
+                     notes, onlyLooking);
     // A first run starts the live database from the defaults of its role.
     if (!QFileInfo::exists(realtime->currentPath()))
         database.getRealtime()->update_database(
@@ -106,12 +108,55 @@ bool host_loading_t::load(database::database_t& database, QStringList& notes) co
         [&](QString const& path) {
             return loadFollower<database::realtime::rt_data_t>(database.getRealtime(), path, storedMajor);
         },
-        notes);
+        notes, onlyLooking);
     presence->load(
         [&](QString const& path) {
             return loadFollower<database::presencesimulation::psi_data_t>(database.getPresenceSimulation(), path,
                                                                         storedMajor);
         },
-        notes);
+        notes, onlyLooking);
     return true;
+}
+
+int host_loading_t::replay(database::database_t& database, QStringList& notes, QList<QJsonObject>& records,
+                           bool onlyLooking) const
+{
+    // The library's hops are queued: each chunk is carried through before the
+    // next, so that a long journal doesn't pile up posted events.
+    auto const settle = [] {
+        for (int round = 0; round < 16; ++round)
+            QCoreApplication::sendPostedEvents();
+    };
+    using update_t = std::function<bool(QJsonObject const&)>;
+    struct road_t {
+        host_store_t* store;
+        update_t update;
+    };
+    road_t const roads[] = {
+        {persistent, [&](QJsonObject const& packet) { return database.getPersistent()->update(packet); }},
+        {realtime, [&](QJsonObject const& packet) { return database.getRealtime()->update(packet); }},
+        {presence, [&](QJsonObject const& packet) { return database.getPresenceSimulation()->update(packet); }},
+    };
+    int replayed = 0;
+    for (road_t const& road : roads) {
+        QList<QJsonObject> entries;
+        if (onlyLooking)
+            entries = road.store->inspectJournal(notes);
+        else
+            road.store->openJournal(entries, notes);
+        int count = 0;
+        for (QJsonObject const& entry : std::as_const(entries)) {
+            if (!entry.contains(QStringLiteral("topic"))) {
+                records.append(entry);
+                continue;
+            }
+            road.update(entry);
+            if (++count % 512 == 0)
+                settle();
+        }
+        settle();
+        road.store->setReplayedChanges(count);
+        replayed += count;
+    }
+    return replayed;
 }

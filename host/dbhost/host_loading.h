@@ -1,6 +1,8 @@
 #ifndef HOST_DBHOST_HOST_LOADING_H
 #define HOST_DBHOST_HOST_LOADING_H
 
+#include <QJsonObject>
+#include <QList>
 #include <QString>
 #include <QStringList>
 
@@ -25,7 +27,17 @@ struct host_loading_t {
     /// notes. A database without a usable file keeps its factory content.
     /// False, with nothing loaded or changed, when the persistent file comes
     /// from a newer version of the database: the host must not run on it.
-    bool load(database::database_t& database, QStringList& notes) const;
+    /// With onlyLooking no file is put aside.
+    bool load(database::database_t& database, QStringList& notes, bool onlyLooking = false) const;
+
+    /// After load: the changes that each database's journal holds beyond its
+    /// file, replayed in order as the status they were reported as,
+    /// persistent first, so that the engines hold what was reported before
+    /// the last end. The host's own records (entries without a topic) go to
+    /// records. Opens the journals for appending, or with onlyLooking only
+    /// reads them. Returns the number of changes replayed.
+    int replay(database::database_t& database, QStringList& notes, QList<QJsonObject>& records,
+               bool onlyLooking = false) const;
 };
 
 #endif // HOST_DBHOST_HOST_LOADING_H

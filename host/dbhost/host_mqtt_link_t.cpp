@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QJsonArray>
+#include <QJsonObject>
 #include <QJsonDocument>
 #include <QSysInfo>
 #include <QUuid>
@@ -14,15 +15,36 @@ namespace {
 QString const presenceTopic = QStringLiteral("dbhost/sync/server");
 QString const hashesTopic = QStringLiteral("dbhost/sync/hashes/");
 QString const sectionsTopic = QStringLiteral("dbhost/sync/sections/");
+QString const appliedTopic = QStringLiteral("dbhost/sync/applied/");
 
 // A client that followed a burst of status compares hashes this long after
 // its end: a message the broker dropped from a full queue is found then.
 constexpr int recheckMs = 3000;
 
-// Requests waiting while the broker or the server is away, and request ids
-// remembered against a second delivery: both bounded.
+// Requests a client holds until the server has them; beyond this, input
+// waits instead of requests being dropped.
 constexpr std::size_t waitingLimit = 100000;
-constexpr std::size_t seenLimit = 100000;
+// Client processes whose requests the server remembers; one a process start.
+constexpr std::size_t instanceLimit = 10000;
+// A client sends again what the server has not acknowledged for this long:
+// a message lost on the way costs no more than this.
+constexpr int resendMs = 5000;
+
+/// "<instance>:<n>" split; false for an id of another form.
+bool splitId(QString const& id, QString& instance, quint64& sequence)
+{
+    qsizetype const colon = id.lastIndexOf(QLatin1Char(':'));
+    bool ok = false;
+    sequence = colon > 0 ? id.mid(colon + 1).toULongLong(&ok) : 0;
+    instance = id.left(colon);
+    return ok && sequence > 0;
+}
+
+QString const appliedKey = QStringLiteral("applied");
+QString const appliedUpToKey = QStringLiteral("applied_up_to");
+QString const requestKey = QStringLiteral("request");
+QString const idKey = QStringLiteral("id");
+QString const acknowledgedKey = QStringLiteral("acknowledged");
 
 host_mqtt_client_t::options_t completed(host_mqtt_client_t::options_t options, bool server, QString const& prefix)
 {
@@ -47,6 +69,7 @@ host_mqtt_client_t::options_t completed(host_mqtt_client_t::options_t options, b
 } // namespace
 
 QString const host_mqtt_link_t::requestIdProperty = QStringLiteral("dbhost-id");
+QString const host_mqtt_link_t::replyToProperty = QStringLiteral("dbhost-reply-to");
 
 host_mqtt_link_t::host_mqtt_link_t(bool _server, QString const& _prefix, host_mqtt_client_t::options_t options,
                                    database::database_t* database, QObject* parent)
@@ -64,6 +87,9 @@ host_mqtt_link_t::host_mqtt_link_t(bool _server, QString const& _prefix, host_mq
     recheck.setSingleShot(true);
     recheck.setInterval(recheckMs);
     connect(&recheck, &QTimer::timeout, this, [this] { askForSections(false); });
+    resend.setSingleShot(true);
+    resend.setInterval(resendMs);
+    connect(&resend, &QTimer::timeout, this, &host_mqtt_link_t::resendUnacknowledged);
 }
 
 bool host_mqtt_link_t::open(QString& error)
@@ -134,8 +160,8 @@ void host_mqtt_link_t::onConnected()
         publishPresence(true);
     } else {
         serverOnline = false;
-        client.subscribe(
-            {prefix + QStringLiteral("status/DB/#"), prefix + presenceTopic, prefix + sectionsTopic + clientId});
+        client.subscribe({prefix + QStringLiteral("status/DB/#"), prefix + presenceTopic,
+                          prefix + sectionsTopic + clientId, prefix + appliedTopic + clientId});
     }
 }
 
@@ -143,6 +169,7 @@ void host_mqtt_link_t::onDisconnected()
 {
     serverOnline = false;
     recheck.stop();
+    resend.stop();
 }
 
 void host_mqtt_link_t::publishPresence(bool online)
@@ -154,6 +181,25 @@ void host_mqtt_link_t::publishPresence(bool online)
 }
 
 void host_mqtt_link_t::onMessage(QString topic, QByteArray payload, QMap<QString, QString> properties)
+{
+    if (inputHeld) {
+        heldMessages.append({topic, payload, properties});
+        return;
+    }
+    handleMessage(std::move(topic), payload, properties);
+}
+
+void host_mqtt_link_t::holdInput(bool hold)
+{
+    inputHeld = hold;
+    while (!inputHeld && !heldMessages.isEmpty()) {
+        message_t const message = heldMessages.takeFirst();
+        handleMessage(message.topic, message.payload, message.properties);
+    }
+}
+
+void host_mqtt_link_t::handleMessage(QString topic, QByteArray const& payload,
+                                     QMap<QString, QString> const& properties)
 {
     if (!topic.startsWith(prefix))
         return;
@@ -170,28 +216,172 @@ void host_mqtt_link_t::onMessage(QString topic, QByteArray payload, QMap<QString
     // A removal is null on the wire; the library's handlers take it as an empty object.
     if (value.isNull())
         value = QJsonObject();
-    if (server && topic.startsWith(QLatin1String("request/"))) {
-        QString const id = properties.value(requestIdProperty);
-        if (!id.isEmpty() && !firstTime(id))
-            return;
+    QJsonObject const packet{{QStringLiteral("topic"), topic}, {QStringLiteral("payload"), value}};
+    QString const id = server && topic.startsWith(QLatin1String("request/")) ? properties.value(requestIdProperty)
+                                                                            : QString();
+    if (!id.isEmpty()) {
+        bool const first = markApplied(id);
+        if (first) {
+            Q_EMIT packetArrived(packet, QStringLiteral("the message on ") + topic);
+            // The id follows the request's changes into the journal, in the
+            // same turn and so in the same commit: durable together, and
+            // acknowledged only once they are.
+            settleLibrary();
+            Q_EMIT recordMade({{appliedKey, id}});
+        }
+        acknowledge(id, properties.value(replyToProperty));
+        return;
     }
     if (!server)
         recheck.start();
-    Q_EMIT packetArrived({{QStringLiteral("topic"), topic}, {QStringLiteral("payload"), value}},
-                         QStringLiteral("the message on ") + topic);
+    Q_EMIT packetArrived(packet, QStringLiteral("the message on ") + topic);
 }
 
-bool host_mqtt_link_t::firstTime(QString const& id)
+bool host_mqtt_link_t::markApplied(QString const& id)
 {
-    if (seen.contains(id))
+    QString instance;
+    quint64 sequence = 0;
+    if (!splitId(id, instance, sequence))
+        return true;
+    auto found = applied.find(instance);
+    if (found == applied.end()) {
+        found = applied.insert(instance, applied_t());
+        instances.push_back(instance);
+        if (instances.size() > instanceLimit) {
+            applied.remove(instances.front());
+            instances.pop_front();
+        }
+    }
+    applied_t& record = *found;
+    if (sequence <= record.upTo || record.above.contains(sequence))
         return false;
-    seen.insert(id);
-    seenOrder.push_back(id);
-    if (seenOrder.size() > seenLimit) {
-        seen.remove(seenOrder.front());
-        seenOrder.pop_front();
+    if (sequence == record.upTo + 1) {
+        record.upTo = sequence;
+        while (record.above.remove(record.upTo + 1))
+            ++record.upTo;
+    } else {
+        record.above.insert(sequence);
     }
     return true;
+}
+
+void host_mqtt_link_t::acknowledge(QString const& id, QString const& replyTo)
+{
+    QString instance;
+    quint64 sequence = 0;
+    if (replyTo.isEmpty() || !splitId(id, instance, sequence))
+        return;
+    acknowledgements[replyTo].insert(instance);
+    if (acknowledging)
+        return;
+    acknowledging = true;
+    // Only once the journal holds the request's changes does the client let go of it.
+    whenDurable([this] { sendAcknowledgements(); });
+}
+
+void host_mqtt_link_t::sendAcknowledgements()
+{
+    acknowledging = false;
+    for (auto it = acknowledgements.begin(); it != acknowledgements.end(); ++it) {
+        QJsonObject body;
+        for (QString const& instance : std::as_const(it.value()))
+            body.insert(instance, QString::number(applied.value(instance).upTo));
+        if (client.isConnected())
+            client.publish(prefix + appliedTopic + it.key(), encode(body));
+    }
+    acknowledgements.clear();
+}
+
+QJsonObject host_mqtt_link_t::acceptRequest(QJsonObject const& packet)
+{
+    if (server)
+        return QJsonObject();
+    request_t request{packet, instance + QLatin1Char(':') + QString::number(++sequence)};
+    waiting.push_back(request);
+    if (!full && waiting.size() >= waitingLimit) {
+        full = true;
+        std::fprintf(stderr, "dbhost: %zu requests wait for the server; input waits for them\n", waitingLimit);
+        Q_EMIT congested(true);
+    }
+    return {{requestKey, packet}, {idKey, request.id}};
+}
+
+void host_mqtt_link_t::restoreRecord(QJsonObject const& record)
+{
+    if (server) {
+        if (record.contains(appliedKey)) {
+            markApplied(record.value(appliedKey).toString());
+        } else if (record.contains(appliedUpToKey)) {
+            QJsonObject const upTo = record.value(appliedUpToKey).toObject();
+            for (auto it = upTo.begin(); it != upTo.end(); ++it) {
+                QJsonObject const state = it.value().toObject();
+                if (!applied.contains(it.key()))
+                    instances.push_back(it.key());
+                applied_t& entry = applied[it.key()];
+                entry.upTo = state.value(QStringLiteral("up_to")).toString().toULongLong();
+                for (QJsonValue const& above : state.value(QStringLiteral("above")).toArray())
+                    entry.above.insert(above.toString().toULongLong());
+            }
+        }
+        return;
+    }
+    if (record.contains(requestKey)) {
+        // Accepted before the last end and not known to have arrived: it goes again.
+        waiting.push_back({record.value(requestKey).toObject(), record.value(idKey).toString(), true, false});
+    } else if (record.contains(acknowledgedKey)) {
+        takeAcknowledgement(record.value(acknowledgedKey).toObject());
+    }
+}
+
+QList<QJsonObject> host_mqtt_link_t::carriedRecords() const
+{
+    QList<QJsonObject> records;
+    if (server) {
+        QJsonObject upTo;
+        for (QString const& name : instances) {
+            applied_t const& entry = applied.value(name);
+            QJsonArray above;
+            for (quint64 const n : entry.above)
+                above.append(QString::number(n));
+            upTo.insert(name, QJsonObject{{QStringLiteral("up_to"), QString::number(entry.upTo)},
+                                          {QStringLiteral("above"), above}});
+        }
+        if (!upTo.isEmpty())
+            records.append({{appliedUpToKey, upTo}});
+        return records;
+    }
+    for (request_t const& request : waiting) {
+        if (request.durable)
+            records.append({{requestKey, request.packet}, {idKey, request.id}});
+    }
+    return records;
+}
+
+void host_mqtt_link_t::takeAcknowledgement(QJsonObject const& acknowledged)
+{
+    std::size_t const before = waiting.size();
+    for (auto it = waiting.begin(); it != waiting.end();) {
+        QString name;
+        quint64 n = 0;
+        bool const known = splitId(it->id, name, n);
+        if (known && acknowledged.contains(name) && n <= acknowledged.value(name).toString().toULongLong())
+            it = waiting.erase(it);
+        else
+            ++it;
+    }
+    if (waiting.size() != before)
+        resend.start();
+    if (full && waiting.size() < waitingLimit / 2) {
+        full = false;
+        Q_EMIT congested(false);
+    }
+}
+
+void host_mqtt_link_t::resendUnacknowledged()
+{
+    for (request_t& request : waiting)
+        request.sent = false;
+    flushRequests();
 }
 
 void host_mqtt_link_t::handleSync(QString const& topic, QByteArray const& payload)
@@ -205,14 +395,24 @@ void host_mqtt_link_t::handleSync(QString const& topic, QByteArray const& payloa
         int count = 0;
         for (QString const& name : host_sync_t::databaseNames())
             count += int(sections.value(name).toObject().size());
-        client.publish(prefix + sectionsTopic + peer, encode(sections));
-        if (count > 0)
-            std::fprintf(stderr, "dbhost: %d sections differed from the hashes of %s: sent\n", count,
-                         qPrintable(peer));
+        // Sections may hold changes still on their way to the journal.
+        whenDurable([this, peer, sections, count] {
+            client.publish(prefix + sectionsTopic + peer, encode(sections));
+            if (count > 0)
+                std::fprintf(stderr, "dbhost: %d sections differed from the hashes of %s: sent\n", count,
+                             qPrintable(peer));
+        });
         return;
     }
     if (server)
         return;
+    if (topic == appliedTopic + clientId) {
+        QJsonObject const acknowledged = value.toObject();
+        takeAcknowledgement(acknowledged);
+        // Kept so that a start after a crash sends only what is still open.
+        Q_EMIT recordMade({{acknowledgedKey, acknowledged}});
+        return;
+    }
     if (topic == presenceTopic) {
         bool const online = value.toObject().value(QStringLiteral("online")).toBool();
         if (online == serverOnline && !online)
@@ -228,7 +428,7 @@ void host_mqtt_link_t::handleSync(QString const& topic, QByteArray const& payloa
         // status comes as usual, and the comparison isn't spoilt by them.
         std::fprintf(stderr, "dbhost: the server is online; comparing hashes\n");
         askForSections(true);
-        flushRequests();
+        resendUnacknowledged();
         return;
     }
     if (topic == sectionsTopic + clientId) {
@@ -269,29 +469,33 @@ void host_mqtt_link_t::forwardRequest(QJsonObject const& packet)
         Q_EMIT packetArrived(packet, QStringLiteral("a request of this process"));
         return;
     }
-    if (waiting.size() >= waitingLimit) {
-        waiting.pop_front();
-        if (!warnedFull)
-            std::fprintf(stderr, "dbhost: more than %zu requests wait for the server; the oldest are dropped\n",
-                         waitingLimit);
-        warnedFull = true;
+    // Called once the request is in the journal, in the order of acceptance.
+    for (request_t& request : waiting) {
+        if (!request.durable) {
+            request.durable = true;
+            break;
+        }
     }
-    waiting.push_back({packet, instance + QLatin1Char(':') + QString::number(++sequence)});
     flushRequests();
 }
 
 void host_mqtt_link_t::flushRequests()
 {
-    while (!waiting.empty() && client.isConnected() && serverOnline) {
-        request_t const& next = waiting.front();
-        QString const topic = next.packet.value(QStringLiteral("topic")).toString();
-        if (!client.publish(prefix + topic, encode(next.packet.value(QStringLiteral("payload"))), false,
-                            {{requestIdProperty, next.id}}))
+    if (!client.isConnected() || !serverOnline)
+        return;
+    for (request_t& request : waiting) {
+        if (!request.durable)
+            break;
+        if (request.sent)
+            continue;
+        QString const topic = request.packet.value(QStringLiteral("topic")).toString();
+        if (!client.publish(prefix + topic, encode(request.packet.value(QStringLiteral("payload"))), false,
+                            {{requestIdProperty, request.id}, {replyToProperty, clientId}}))
             return;
-        waiting.pop_front();
+        request.sent = true;
+        if (!resend.isActive())
+            resend.start();
     }
-    if (waiting.empty())
-        warnedFull = false;
 }
 
 void host_mqtt_link_t::reportChange(QString const& database, QString const&, QString const&,

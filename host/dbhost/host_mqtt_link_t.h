@@ -2,6 +2,7 @@
 #define HOST_DBHOST_HOST_MQTT_LINK_T_H
 
 #include <QByteArray>
+#include <QHash>
 #include <QJsonValue>
 #include <QList>
 #include <QMap>
@@ -23,6 +24,11 @@
  * and follows the status. Live values that drivers publish reach every
  * process. A client compares the hashes of its sections with the server's
  * whenever it or the server comes (back) online, and takes over what differs.
+ *
+ * Requests are applied exactly once: a client journals each request it
+ * accepts and sends it again until the server acknowledges it; the server
+ * journals the id of each request it applies and acknowledges it once its
+ * journal holds the change, so a request sent again is not applied twice.
  */
 class host_mqtt_link_t : public host_link_t
 {
@@ -31,6 +37,8 @@ public:
     /// The MQTT 5 user property that names a request once, so that one
     /// delivered again after a reconnection is not applied twice.
     static QString const requestIdProperty;
+    /// The client id that a request's acknowledgement goes to.
+    static QString const replyToProperty;
 
     host_mqtt_link_t(bool server, QString const& prefix, host_mqtt_client_t::options_t options,
                      database::database_t* database, QObject* parent = nullptr);
@@ -45,6 +53,10 @@ public:
     void reportChange(QString const& database, QString const& signal, QString const& key,
                       QJsonObject const& packet) override;
     void reportProblem(QString const& event, QJsonObject const& packet, QString const& message) override;
+    QJsonObject acceptRequest(QJsonObject const& packet) override;
+    void restoreRecord(QJsonObject const& record) override;
+    QList<QJsonObject> carriedRecords() const override;
+    void holdInput(bool hold) override;
 
     /// The body of a message: compact JSON of any value, "null" for none.
     static QByteArray encode(QJsonValue const& value);
@@ -60,16 +72,36 @@ private:
     struct request_t {
         QJsonObject packet;
         QString id;
+        /// In the journal: it may go out.
+        bool durable = false;
+        bool sent = false;
+    };
+    /// Server: the requests of one client process applied so far: all up to
+    /// upTo, and those above it that came early.
+    struct applied_t {
+        quint64 upTo = 0;
+        QSet<quint64> above;
+    };
+    struct message_t {
+        QString topic;
+        QByteArray payload;
+        QMap<QString, QString> properties;
     };
 
+    void handleMessage(QString topic, QByteArray const& payload, QMap<QString, QString> const& properties);
     void handleSync(QString const& topic, QByteArray const& payload);
     void publishPresence(bool online);
     void flushRequests();
+    /// Client: everything not acknowledged goes out again, in order.
+    void resendUnacknowledged();
+    void takeAcknowledgement(QJsonObject const& acknowledged);
+    /// Server: true the first time a request id is seen; notes it applied.
+    bool markApplied(QString const& id);
+    void acknowledge(QString const& id, QString const& replyTo);
+    void sendAcknowledgements();
     /// Client: sends its hashes, because the server is (back) online or
     /// because the status has been quiet for a while.
     void askForSections(bool online);
-    /// Server: false when the request id was seen already.
-    bool firstTime(QString const& id);
 
     bool server = false;
     QString prefix;
@@ -78,17 +110,26 @@ private:
     host_sync_t sync;
     QString instance;
     quint64 sequence = 0;
-    /// Client: requests waiting for the broker and the server.
+    /// Client: requests accepted and not yet acknowledged by the server, in order.
     std::deque<request_t> waiting;
+    /// Client: sends again what the server hasn't acknowledged after a while.
+    QTimer resend;
     bool serverOnline = false;
-    bool warnedFull = false;
+    bool full = false;
     /// Client: why each comparison still unanswered was asked (true: online).
     std::deque<bool> asked;
     /// Client: compares hashes again once the status has been quiet for a while.
     QTimer recheck;
-    /// Server: the ids of the requests applied lately, oldest first.
-    QSet<QString> seen;
-    std::deque<QString> seenOrder;
+    /// Server: what each client process's requests have come to, by its
+    /// instance, the oldest instances first.
+    QHash<QString, applied_t> applied;
+    std::deque<QString> instances;
+    /// Server: acknowledgements due after the next commit, by client id.
+    QHash<QString, QSet<QString>> acknowledgements;
+    bool acknowledging = false;
+    /// Messages that came while input was held, in order.
+    QList<message_t> heldMessages;
+    bool inputHeld = false;
 };
 
 #endif // HOST_DBHOST_HOST_MQTT_LINK_T_H

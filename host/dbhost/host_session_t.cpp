@@ -1,7 +1,9 @@
 #include "host_session_t.h"
 
+#include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QFile>
+#include <QFileInfo>
 #include <QMetaMethod>
 #include <QThread>
 
@@ -26,11 +28,18 @@ int signalPipe[2] = {-1, -1};
 // Failed saves are retried after one second, then after twice the last delay up to a minute.
 constexpr int firstRetryDelay = 1000;
 constexpr int lastRetryDelay = 60000;
-// A file is written at most this often (ms). The engines ask for a save after
-// every 21 changes, and a save rewrites the whole file: without spacing, a
-// burst into a large installation spends its time writing. Changes wait at most
-// this long for the disk, less than the engines' own two-second debounce.
-constexpr qint64 saveSpacing = 500;
+// The journal makes every change durable, so a full save (a rewrite of the
+// whole file) is only a matter of keeping the journal short: it comes after
+// this much quiet, or when the journal has grown as large as its file (a
+// start then replays at most about one more file's worth), never at every
+// burst.
+constexpr int quietBeforeSave = 2000;
+constexpr qint64 smallestJournalToCompact = 64 * 1024;
+// Should the event loop never wait (a dispatcher that doesn't say so while
+// events are posted), changes wait at most this long for their commit.
+constexpr int latestCommit = 20;
+// A commit is forced once this many reports wait, to bound what is held.
+constexpr std::size_t mostHeld = 20000;
 
 void onUnixSignal(int)
 {
@@ -76,41 +85,44 @@ host_session_t::host_session_t(database::database_t* _database, host_store_t* pe
     connect(command, &database::command::command_t::onCommandObjectNotExist, this, &host_session_t::onObjectNotExist);
     connect(command, &database::command::command_t::onCommandObjectError, this, &host_session_t::onObjectError);
 
-    addFile(persistentStore, [persistent] { return persistent->getHash(); },
+    addFile(persistentStore, QStringLiteral("persistent"), [persistent] { return persistent->getHash(); },
             [persistent](QString const& path) { return persistent->saveToFile(path, false); });
-    addFile(realtimeStore, [realtime] { return realtime->getHash(); },
+    addFile(realtimeStore, QStringLiteral("realtime"), [realtime] { return realtime->getHash(); },
             [realtime](QString const& path) { return realtime->saveToFile(path, false); });
-    addFile(presenceStore, [presence] { return presence->getHash(); },
+    addFile(presenceStore, QStringLiteral("presencesimulation"), [presence] { return presence->getHash(); },
             [presence](QString const& path) { return presence->saveToFile(path, false); });
-    // Each database is saved when its own engine asks.
-    connect(persistent, &database::persistent::persistent_t::onSaveRequest, this, [this] { requestSave(0); },
-            Qt::QueuedConnection);
-    connect(realtime, &database::realtime::realtime_t::onSaveRequest, this, [this] { requestSave(1); },
-            Qt::QueuedConnection);
-    connect(presence, &database::presencesimulation::presencesimulation_t::onSaveRequest, this,
-            [this] { requestSave(2); }, Qt::QueuedConnection);
+
+    // The commit goes just before the loop waits: everything the turn changed shares it.
+    if (QAbstractEventDispatcher* dispatcher = QAbstractEventDispatcher::instance(thread()))
+        connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, this, &host_session_t::commit);
+    commitTimer.setSingleShot(true);
+    connect(&commitTimer, &QTimer::timeout, this, &host_session_t::commit);
+    commitRetry.setSingleShot(true);
+    connect(&commitRetry, &QTimer::timeout, this, [this] { commitJournals(true); });
+    quiet.setSingleShot(true);
+    quiet.setInterval(quietBeforeSave);
+    connect(&quiet, &QTimer::timeout, this, [this] {
+        if (finished || journalFailing)
+            return;
+        commit();
+        for (saved_file_t& file : files) {
+            if (file.changedSinceSave && !file.failing)
+                save(file);
+        }
+    });
 }
 
-void host_session_t::requestSave(std::size_t index)
-{
-    saved_file_t& file = files.at(index);
-    if (finished || file.later->isActive())
-        return;
-    qint64 const since = file.sinceSave.isValid() ? file.sinceSave.elapsed() : saveSpacing;
-    // A failing file is tried at once, as its retries are.
-    if (file.failing || since >= saveSpacing)
-        save(file);
-    else
-        file.later->start(int(saveSpacing - since));
-}
-
-void host_session_t::addFile(host_store_t* store, std::function<QString()> hash, host_store_t::writer_t write)
+void host_session_t::addFile(host_store_t* store, QString const& name, std::function<QString()> hash,
+                             host_store_t::writer_t write)
 {
     saved_file_t file;
     file.store = store;
+    file.database = name;
     file.hash = std::move(hash);
     file.write = std::move(write);
     file.lastSavedHash = file.hash();
+    // Changes replayed from the journal at start are not in the file yet.
+    file.changedSinceSave = store->replayedChanges() > 0;
     file.retry = new QTimer(this);
     file.retry->setSingleShot(true);
     std::size_t const index = files.size();
@@ -118,13 +130,16 @@ void host_session_t::addFile(host_store_t* store, std::function<QString()> hash,
         if (!finished)
             save(files.at(index));
     });
-    file.later = new QTimer(this);
-    file.later->setSingleShot(true);
-    connect(file.later, &QTimer::timeout, this, [this, index] {
-        if (!finished)
-            save(files.at(index));
-    });
     files.push_back(std::move(file));
+}
+
+host_session_t::saved_file_t* host_session_t::fileOf(QString const& name)
+{
+    for (saved_file_t& file : files) {
+        if (file.database == name)
+            return &file;
+    }
+    return nullptr;
 }
 
 void host_session_t::connectChanges(QObject* router, QByteArray const& prefix, QString const& databaseName)
@@ -163,6 +178,26 @@ void host_session_t::addLink(host_link_t* link)
     connect(link, &host_link_t::packetArrived, this, &host_session_t::handlePacket);
     connect(link, &host_link_t::requestMade, this, &host_session_t::onRequest);
     connect(link, &host_link_t::ended, this, &host_session_t::finish);
+    // A link's own records travel in the persistent journal, with the changes they go with.
+    connect(link, &host_link_t::recordMade, this, [this](QJsonObject record) {
+        if (saved_file_t* file = fileOf(QStringLiteral("persistent"))) {
+            file->store->journal().append(record);
+            armCommit();
+        }
+    });
+    connect(link, &host_link_t::congested, this, [this](bool full) {
+        congestedLinks += full ? 1 : -1;
+        holdInput(journalFailing || congestedLinks > 0);
+    });
+    link->setDurability([this](std::function<void()> work) { deliver(std::move(work)); });
+}
+
+void host_session_t::restoreRecords(QList<QJsonObject> const& records)
+{
+    for (QJsonObject const& record : records) {
+        for (host_link_t* link : std::as_const(links))
+            link->restoreRecord(record);
+    }
 }
 
 void host_session_t::start()
@@ -217,10 +252,133 @@ bool host_session_t::routeCommand(QJsonObject const& packet)
     return true;
 }
 
+void host_session_t::deliver(std::function<void()> output)
+{
+    if (held.empty() && !journalsPending()) {
+        output();
+        for (host_link_t* link : std::as_const(links))
+            link->flushOutput();
+        return;
+    }
+    held.push_back(std::move(output));
+    armCommit();
+}
+
+bool host_session_t::journalsPending() const
+{
+    for (saved_file_t const& file : files) {
+        if (file.store->journal().pending())
+            return true;
+    }
+    return false;
+}
+
+void host_session_t::armCommit()
+{
+    if (journalFailing)
+        return;
+    if (held.size() >= mostHeld) {
+        commit();
+        return;
+    }
+    if (!commitTimer.isActive())
+        commitTimer.start(latestCommit);
+}
+
+void host_session_t::commit()
+{
+    commitJournals(false);
+}
+
+void host_session_t::commitJournals(bool retrying)
+{
+    if (committing || (!journalsPending() && held.empty()))
+        return;
+    // While the disk refuses, only the retry timer tries again.
+    if (journalFailing && !retrying && !finished)
+        return;
+    committing = true;
+    commitTimer.stop();
+    // The persistent journal goes last: the ids of applied requests in it
+    // are durable only once the changes they brought are, in every journal.
+    for (auto it = files.rbegin(); it != files.rend(); ++it) {
+        saved_file_t& file = *it;
+        host_journal_t& journal = file.store->journal();
+        if (!journal.pending())
+            continue;
+        QString error;
+        if (!journal.commit(error)) {
+            committing = false;
+            if (finished)
+                return;
+            commitRetryDelay = commitRetryDelay == 0 ? firstRetryDelay : qMin(2 * commitRetryDelay, lastRetryDelay);
+            std::fprintf(stderr, "dbhost: %s: %d changes held, input stopped; retrying in %g s\n", qPrintable(error),
+                         undurable(), commitRetryDelay / 1000.0);
+            journalFailing = true;
+            holdInput(true);
+            commitRetry.start(commitRetryDelay);
+            return;
+        }
+    }
+    releaseHeld();
+    committing = false;
+    if (!finished) {
+        quiet.start();
+        compactGrown();
+    }
+}
+
+void host_session_t::releaseHeld()
+{
+    if (journalFailing) {
+        std::fprintf(stderr, "dbhost: the journals are written again; %zu held reports go out\n", held.size());
+        journalFailing = false;
+        commitRetryDelay = 0;
+        commitRetry.stop();
+        holdInput(congestedLinks > 0);
+    }
+    // Outputs may bring more: those go at once, or wait for the next commit.
+    std::deque<std::function<void()>> outputs;
+    outputs.swap(held);
+    for (std::function<void()> const& output : outputs)
+        output();
+    for (host_link_t* link : std::as_const(links))
+        link->flushOutput();
+}
+
+void host_session_t::compactGrown()
+{
+    for (saved_file_t& file : files) {
+        qint64 const journal = file.store->journal().size();
+        if (journal >= smallestJournalToCompact && journal >= QFileInfo(file.store->currentPath()).size()
+            && !file.failing)
+            save(file);
+    }
+}
+
+void host_session_t::holdInput(bool hold)
+{
+    if (hold == inputHeld)
+        return;
+    inputHeld = hold;
+    for (host_link_t* link : std::as_const(links))
+        link->holdInput(hold);
+}
+
+int host_session_t::undurable() const
+{
+    int count = 0;
+    for (saved_file_t const& file : files)
+        count += file.store->journal().pendingCount();
+    return count;
+}
+
 void host_session_t::reportProblem(QString const& event, QJsonObject const& packet, QString const& message)
 {
-    for (host_link_t* link : std::as_const(links))
-        link->reportProblem(event, packet, message);
+    deliver([this, event, packet, message] {
+        for (host_link_t* link : std::as_const(links))
+            link->reportProblem(event, packet, message);
+    });
 }
 
 QString host_session_t::changeSignalName() const
@@ -238,14 +396,33 @@ void host_session_t::onChangeKey(QJsonObject _packet, QString _key)
 {
     QString const databaseName = routerDatabases.value(sender());
     QString const signal = changeSignalName();
-    for (host_link_t* link : std::as_const(links))
-        link->reportChange(databaseName, signal, _key, _packet);
+    // The journal keeps the change as the status it is reported as: replayed,
+    // it gives the state that was reported, as it does on every client.
+    if (saved_file_t* file = fileOf(databaseName)) {
+        file->changedSinceSave = true;
+        file->store->journal().append(
+            {{QStringLiteral("topic"), QStringLiteral("status/DB/") + databaseName + QLatin1Char('/')
+                                           + _packet.value(QStringLiteral("topic")).toString()},
+             {QStringLiteral("payload"), _packet.value(QStringLiteral("payload"))}});
+    }
+    deliver([this, databaseName, signal, _key, _packet] {
+        for (host_link_t* link : std::as_const(links))
+            link->reportChange(databaseName, signal, _key, _packet);
+    });
 }
 
 void host_session_t::onRequest(QJsonObject _packet)
 {
-    for (host_link_t* link : std::as_const(links))
-        link->forwardRequest(_packet);
+    // A request is accepted once the links that must find it again have it journaled.
+    for (host_link_t* link : std::as_const(links)) {
+        QJsonObject const record = link->acceptRequest(_packet);
+        if (!record.isEmpty())
+            fileOf(QStringLiteral("persistent"))->store->journal().append(record);
+    }
+    deliver([this, _packet] {
+        for (host_link_t* link : std::as_const(links))
+            link->forwardRequest(_packet);
+    });
 }
 
 void host_session_t::onObjectNotExist(QJsonObject _packet)
@@ -264,37 +441,48 @@ void host_session_t::saveNow()
         save(file);
 }
 
-void host_session_t::save(saved_file_t& file)
+bool host_session_t::save(saved_file_t& file)
 {
+    // A save starts the journal anew: what waits for the journal goes first.
+    commit();
     QString const hash = file.hash();
     QString const name = file.store->currentPath().section(QLatin1Char('/'), -1);
     QString error;
     // An image that is already on disk isn't written again: backups stay meaningful.
-    bool const current = hash == file.lastSavedHash && QFile::exists(file.store->currentPath());
-    if (current || file.store->save(file.write, error)) {
+    bool const current = hash == file.lastSavedHash && !file.changedSinceSave
+                         && QFile::exists(file.store->currentPath()) && file.store->journal().isOpen();
+    QList<QJsonObject> carried;
+    if (file.database == QLatin1String("persistent")) {
+        for (host_link_t* link : std::as_const(links))
+            carried += link->carriedRecords();
+    }
+    if (current || file.store->save(file.write, error, carried)) {
         if (!current) {
             file.lastSavedHash = hash;
-            file.sinceSave.start();
+            file.changedSinceSave = false;
             ++saves;
         }
+        // The file holds what its journal couldn't take: the reports may go.
+        if (journalFailing && !journalsPending() && !committing)
+            releaseHeld();
         if (file.failing)
             std::fprintf(stderr, "dbhost: %s saved again after failed saves\n", qPrintable(name));
         file.failing = false;
         file.retryDelay = 0;
         file.retry->stop();
-        return;
+        return true;
     }
     file.failing = true;
     if (finished) {
         std::fprintf(stderr, "dbhost: save failed: %s\n", qPrintable(error));
-        return;
+        return false;
     }
-    // The changes exist only in memory until a save goes through: keep trying,
-    // less often the longer the disk refuses, and say so each time.
+    // The journal holds the changes meanwhile; the save keeps it short.
     file.retryDelay = file.retryDelay == 0 ? firstRetryDelay : qMin(2 * file.retryDelay, lastRetryDelay);
     std::fprintf(stderr, "dbhost: save failed: %s; retrying in %g s\n", qPrintable(error),
                  file.retryDelay / 1000.0);
     file.retry->start(file.retryDelay);
+    return false;
 }
 
 bool host_session_t::unsaved() const
@@ -327,23 +515,39 @@ void host_session_t::finish()
         return;
     drainEvents();
     finished = true;
+    quiet.stop();
+    commitTimer.stop();
+    commitRetry.stop();
     database->getPersistent()->serialize(false);
     database->getRealtime()->serialize(false);
     database->getPresenceSimulation()->serialize(false);
+    commit();
     saveNow();
-    for (host_link_t* link : std::as_const(links))
-        link->stop();
     // Leaving is no time to wait a minute, but a disk that was full a moment
     // ago may have room now: a few quick tries before the changes are given up.
-    for (int delay = firstRetryDelay; unsaved() && delay <= 2 * firstRetryDelay; delay *= 2) {
+    for (int delay = firstRetryDelay; (unsaved() || journalsPending()) && delay <= 2 * firstRetryDelay; delay *= 2) {
         std::fprintf(stderr, "dbhost: trying the failed saves again in %g s before leaving\n", delay / 1000.0);
         QThread::msleep(static_cast<unsigned long>(delay));
+        commit();
         saveNow();
     }
+    // What is still pending is neither in a journal nor in a file.
+    int const lost = undurable();
+    if (lost == 0)
+        releaseHeld();
+    for (host_link_t* link : std::as_const(links))
+        link->stop();
     for (saved_file_t const& file : files) {
-        if (file.failing)
+        if (!file.failing)
+            continue;
+        if (file.store->journal().pending())
             std::fprintf(stderr, "dbhost: the last save of %s failed: its latest changes are lost\n",
                          qPrintable(file.store->currentPath()));
+        else
+            std::fprintf(stderr, "dbhost: the last save of %s failed: its latest changes are in its journal\n",
+                         qPrintable(file.store->currentPath()));
     }
-    QCoreApplication::exit(unsaved() ? 1 : 0);
+    if (lost > 0)
+        std::fprintf(stderr, "dbhost: %d changes were never made durable and were not reported\n", lost);
+    QCoreApplication::exit(unsaved() || lost > 0 ? 1 : 0);
 }

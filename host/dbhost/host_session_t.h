@@ -8,9 +8,9 @@
 #include <QObject>
 #include <QSocketNotifier>
 #include <QString>
-#include <QTextStream>
 #include <QTimer>
 
+#include <deque>
 #include <functional>
 #include <vector>
 
@@ -25,8 +25,13 @@ class database_t;
  * One run of the host: packets arrive by its links (standard input, a
  * broker) and go to the engine of their topic; what the library gives its
  * host (requests to forward, change signals, refusals) goes to every link.
- * Each database is saved to its own file on its engine's save requests, and a
- * last time when a link ends or on SIGINT/SIGTERM.
+ *
+ * Nothing is reported before it is durable: each change goes to the journal
+ * of its database, and the reports wait until the journals are on disk. The
+ * changes of one turn of the event loop share one write and one sync (group
+ * commit, just before the loop waits again). A full save of a database
+ * starts its journal anew; it happens when the journal has grown as large as
+ * the file, after a quiet spell, and at the end.
  */
 class host_session_t : public QObject
 {
@@ -38,6 +43,8 @@ public:
 
     /// A road for packets; the session doesn't own it. Add links before start().
     void addLink(host_link_t* link);
+    /// Hands the links' records found in the journal back to them.
+    void restoreRecords(QList<QJsonObject> const& records);
     /// Starts the links; the application quits when the session ends.
     void start();
     /// Routes SIGINT and SIGTERM to an orderly end; call once, before start().
@@ -46,8 +53,10 @@ public:
     int savesDone() const { return saves; }
     /// Saves every database whose image on disk isn't already the current one.
     void saveNow();
-    /// True while the last save of some database failed: its changes are not on disk.
+    /// True while the last save of some database failed.
     bool unsaved() const;
+    /// Changes (and records) held because their journal could not be written.
+    int undurable() const;
 
 public Q_SLOTS:
     void finish();
@@ -60,33 +69,45 @@ private Q_SLOTS:
     void onRequest(QJsonObject _packet);
     void onObjectNotExist(QJsonObject _packet);
     void onObjectError(QJsonObject _packet, QString _message);
+    /// Group commit: the journals to disk, then the reports that waited.
+    void commit();
 
 private:
-    /// A database's file, and what the session needs to keep it current.
+    /// A database's file and journal, and what the session needs to keep them current.
     struct saved_file_t {
         host_store_t* store = nullptr;
+        QString database;
         std::function<QString()> hash;
         host_store_t::writer_t write;
         QString lastSavedHash;
+        /// Changes appended since the last save: a save is due at the end.
+        bool changedSinceSave = false;
         /// While saves fail they are retried, each time after twice the delay.
         bool failing = false;
         int retryDelay = 0;
         QTimer* retry = nullptr;
-        /// Saves of one file are spaced: a request that comes sooner waits for this timer.
-        QElapsedTimer sinceSave;
-        QTimer* later = nullptr;
     };
 
-    void addFile(host_store_t* store, std::function<QString()> hash, host_store_t::writer_t write);
-    void save(saved_file_t& file);
-    /// What the engine's save request gets: a save now, or when the spacing is over.
-    void requestSave(std::size_t index);
+    void addFile(host_store_t* store, QString const& database, std::function<QString()> hash,
+                 host_store_t::writer_t write);
+    saved_file_t* fileOf(QString const& database);
+    bool save(saved_file_t& file);
+    /// After a commit: saves the databases whose journal outgrew their file.
+    void compactGrown();
     void connectChanges(QObject* router, QByteArray const& prefix, QString const& databaseName);
     /// Hands the packet to the engine of its topic; false when it refuses it.
     bool route(QJsonObject const& packet);
     /// A command line: carried out offline, written out for delivery otherwise.
     bool routeCommand(QJsonObject const& packet);
     void reportProblem(QString const& event, QJsonObject const& packet, QString const& message = QString());
+    /// Runs output now when nothing waits for the disk, else after the next commit.
+    void deliver(std::function<void()> output);
+    bool journalsPending() const;
+    void commitJournals(bool retrying);
+    /// The journals are durable: the reports that waited go out, in order.
+    void releaseHeld();
+    void armCommit();
+    void holdInput(bool hold);
     void drainEvents();
     QString changeSignalName() const;
 
@@ -96,6 +117,21 @@ private:
     /// The database of each topic router, for the changes it signals.
     QHash<QObject const*, QString> routerDatabases;
     QSocketNotifier* signalNotifier = nullptr;
+    /// Reports that wait for their journal entries to be durable, in order.
+    std::deque<std::function<void()>> held;
+    /// A commit that comes at the latest this long after the first waiting
+    /// entry, should the event loop never wait.
+    QTimer commitTimer;
+    /// Journals that can't be written are tried again after this timer.
+    QTimer commitRetry;
+    int commitRetryDelay = 0;
+    bool committing = false;
+    bool journalFailing = false;
+    /// Input is held while the journal fails or a link is full.
+    bool inputHeld = false;
+    int congestedLinks = 0;
+    /// Journaled changes are saved in full after this much quiet.
+    QTimer quiet;
     int saves = 0;
     bool finished = false;
 };

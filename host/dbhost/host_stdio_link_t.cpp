@@ -3,6 +3,14 @@
 #include <QJsonDocument>
 
 #include <cstdio>
+
+namespace {
+
+// Lines handed to the library in one turn of the event loop: their changes
+// share one commit of the journal, and a long input still reports as it goes.
+constexpr int linesPerTurn = 1024;
+
+} // namespace
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -10,6 +18,10 @@ host_stdio_link_t::host_stdio_link_t(bool _local, QObject* parent)
     : host_link_t(parent)
     , local(_local)
 {
+    // A timer, not a posted call: the batch never runs inside a settling of the library's events.
+    nextLines.setSingleShot(true);
+    nextLines.setInterval(0);
+    connect(&nextLines, &QTimer::timeout, this, &host_stdio_link_t::processNextLine);
 }
 
 void host_stdio_link_t::start()
@@ -49,26 +61,35 @@ void host_stdio_link_t::readInput()
     scheduleNextLine();
 }
 
+void host_stdio_link_t::holdInput(bool hold)
+{
+    held = hold;
+    if (!held)
+        scheduleNextLine();
+}
+
 void host_stdio_link_t::scheduleNextLine()
 {
-    if (lineScheduled || stopped)
+    if (lineScheduled || stopped || held)
         return;
     lineScheduled = true;
-    QMetaObject::invokeMethod(this, &host_stdio_link_t::processNextLine, Qt::QueuedConnection);
+    nextLines.start();
 }
 
 void host_stdio_link_t::processNextLine()
 {
     lineScheduled = false;
-    if (stopped)
+    if (stopped || held)
         return;
-    // One line per turn of the event loop: the packets of a long input are
-    // applied, published and saved as they come, not all at its end.
-    qsizetype const end = pending.indexOf('\n');
-    if (end >= 0) {
-        QByteArray const line = pending.left(end);
-        pending.remove(0, end + 1);
-        handleLine(line);
+    // What is there, up to a bound, per turn of the event loop.
+    qsizetype start = 0;
+    int taken = 0;
+    for (qsizetype end = 0; taken < linesPerTurn && !held && (end = pending.indexOf('\n', start)) >= 0; ++taken) {
+        handleLine(pending.mid(start, end - start));
+        start = end + 1;
+    }
+    pending.remove(0, start);
+    if (taken > 0) {
         scheduleNextLine();
         return;
     }
@@ -105,6 +126,8 @@ void host_stdio_link_t::handleLine(QByteArray const& line)
         Q_EMIT requestMade(packet);
     else
         Q_EMIT packetArrived(packet, QStringLiteral("line %1").arg(lineNumber));
+    // Each line's changes before the next line's: the reports keep the order of the input.
+    settleLibrary();
 }
 
 void host_stdio_link_t::writeLine(QJsonObject const& line)
@@ -112,6 +135,10 @@ void host_stdio_link_t::writeLine(QJsonObject const& line)
     QByteArray const text = QJsonDocument(line).toJson(QJsonDocument::Compact);
     std::fwrite(text.constData(), 1, size_t(text.size()), stdout);
     std::fputc('\n', stdout);
+}
+
+void host_stdio_link_t::flushOutput()
+{
     std::fflush(stdout);
 }
 

@@ -3,6 +3,7 @@
 
 #include <QByteArray>
 #include <QSocketNotifier>
+#include <QTimer>
 
 #include "host_link_t.h"
 
@@ -25,6 +26,8 @@ public:
     void reportChange(QString const& database, QString const& signal, QString const& key,
                       QJsonObject const& packet) override;
     void reportProblem(QString const& event, QJsonObject const& packet, QString const& message) override;
+    void flushOutput() override;
+    void holdInput(bool hold) override;
 
 private Q_SLOTS:
     void readInput();
@@ -37,11 +40,14 @@ private:
 
     bool local = false;
     QSocketNotifier* input = nullptr;
+    /// The next batch of lines, on a later turn of the event loop.
+    QTimer nextLines;
     QByteArray pending;
     qint64 lineNumber = 0;
     bool inputEnded = false;
     bool lineScheduled = false;
     bool stopped = false;
+    bool held = false;
 };
 
 #endif // HOST_DBHOST_HOST_STDIO_LINK_T_H

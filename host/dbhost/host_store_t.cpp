@@ -13,7 +13,26 @@ host_store_t::host_store_t(QString const& path, QString const& _fileName, int _b
     : folder(path)
     , fileName(_fileName)
     , backups(qMax(0, _backups))
+    , log(std::make_unique<host_journal_t>(currentPath() + QStringLiteral(".journal")))
 {
+}
+
+QString host_store_t::journalPath() const
+{
+    return log->path();
+}
+
+bool host_store_t::openJournal(QList<QJsonObject>& entries, QStringList& notes)
+{
+    journaled = true;
+    QByteArray const follows = loaded.isEmpty() ? QByteArray() : host_journal_t::fileHash(loaded);
+    return log->open(follows, entries, notes);
+}
+
+QList<QJsonObject> host_store_t::inspectJournal(QStringList& notes) const
+{
+    QByteArray const follows = loaded.isEmpty() ? QByteArray() : host_journal_t::fileHash(loaded);
+    return host_journal_t::inspect(log->path(), follows, notes);
 }
 
 QString host_store_t::currentPath() const
@@ -58,28 +77,35 @@ QString host_store_t::putAside(QString const& path, QString& error) const
     return aside;
 }
 
-bool host_store_t::load(loader_t const& loadFile, QStringList& notes)
+bool host_store_t::load(loader_t const& loadFile, QStringList& notes, bool onlyLooking)
 {
     QString const current = currentPath();
+    loaded.clear();
     if (!QFileInfo::exists(current)) {
         notes.append(QStringLiteral("no ") + fileName + QStringLiteral(" in ") + folder.absolutePath()
                      + QStringLiteral(": starting from the factory database"));
         return true;
     }
     auto const loads = [&](QString const& path) { return QFileInfo(path).size() > 0 && loadFile(path); };
-    if (loads(current))
+    if (loads(current)) {
+        loaded = current;
         return true;
+    }
 
     QString error;
-    QString const aside = putAside(current, error);
-    notes.append(aside.isEmpty() ? error
-                                 : QStringLiteral("the database file ") + fileName
-                                       + QStringLiteral(" is empty or unreadable; kept as ") + aside);
+    QString const aside = onlyLooking ? QString() : putAside(current, error);
+    if (onlyLooking)
+        notes.append(QStringLiteral("the database file ") + fileName + QStringLiteral(" is empty or unreadable"));
+    else
+        notes.append(aside.isEmpty() ? error
+                                     : QStringLiteral("the database file ") + fileName
+                                           + QStringLiteral(" is empty or unreadable; kept as ") + aside);
     for (int n = 1; n <= backups; ++n) {
         QString const backup = backupPath(n);
         if (!QFileInfo::exists(backup))
             continue;
         if (loads(backup)) {
+            loaded = backup;
             notes.append(QStringLiteral("recovered from the backup ") + backup);
             return true;
         }
@@ -116,7 +142,7 @@ void host_store_t::rotateBackups() const
     }
 }
 
-bool host_store_t::save(writer_t const& write, QString& error)
+bool host_store_t::save(writer_t const& write, QString& error, QList<QJsonObject> const& carried)
 {
     QString const temporary = temporaryPath();
     QString const current = currentPath();
@@ -137,6 +163,12 @@ bool host_store_t::save(writer_t const& write, QString& error)
         QFile::remove(temporary);
         return false;
     }
+    // The next journal must be on disk before the file it follows: a start
+    // after a kill at any point finds the journal that belongs to its file.
+    if (journaled && !log->prepareNext(host_journal_t::fileHash(temporary), carried, error)) {
+        QFile::remove(temporary);
+        return false;
+    }
     if (QFileInfo::exists(current) && backups > 0) {
         rotateBackups();
         // A hard link keeps the current file in place until the rename below
@@ -146,10 +178,13 @@ bool host_store_t::save(writer_t const& write, QString& error)
     }
     if (::rename(QFile::encodeName(temporary).constData(), QFile::encodeName(current).constData()) != 0) {
         error = QStringLiteral("cannot replace ") + current;
+        if (journaled)
+            log->dropNext();
         return false;
     }
     syncFolder(folder.absolutePath());
-    return true;
+    loaded = current;
+    return !journaled || log->adoptNext(error);
 }
 
 bool host_store_t::syncFile(QString const& path)

@@ -10,12 +10,16 @@
 #include <QJsonObject>
 
 #include <cstdio>
+#include <functional>
 #include <memory>
 
 #include "database/database_t.h"
 #include "database/definition/service_t.h"
 #include "database/definition/type_brand_t.h"
 #include "database/persistent/define/ps_knx_mode_t.h"
+#include "database/persistent/persistent_t.h"
+#include "database/presencesimulation/presencesimulation_t.h"
+#include "database/realtime/realtime_t.h"
 #include "host_application_t.h"
 #include "host_mqtt_link_t.h"
 #include "host_loading.h"
@@ -55,13 +59,14 @@ bool parseBroker(QString const& text, host_mqtt_client_t::options_t& options)
     return !host.isEmpty();
 }
 
-/// Prints one section of the stored file, or all of it: a look at what was saved.
-int dump(host_store_t const& store, QString const& section)
+/// Prints one section of what a start would load, or all of it: the stored
+/// file, with the changes its journal holds beyond it.
+int dump(host_store_t const& store, QString const& section, std::function<QJsonObject()> const& replayed)
 {
     QFile file(store.currentPath());
     if (!file.open(QIODevice::ReadOnly))
         return fail(QStringLiteral("no database file in the data folder"));
-    QJsonObject const document = QJsonDocument::fromJson(file.readAll()).object();
+    QJsonObject const document = replayed ? replayed() : QJsonDocument::fromJson(file.readAll()).object();
     QJsonValue const value = section.isEmpty() ? QJsonValue(document) : document.value(section);
     QByteArray const text = value.isObject() ? QJsonDocument(value.toObject()).toJson(QJsonDocument::Indented)
                                              : QByteArray("null\n");
@@ -142,6 +147,14 @@ int main(int argc, char* argv[])
     host_store_t store(parser.value(data), QStringLiteral("persistent.json"), backupCount);
     host_store_t liveStore(parser.value(data), QStringLiteral("realtime.json"), backupCount);
     host_store_t presenceStore(parser.value(data), QStringLiteral("presencesimulation.json"), backupCount);
+    service_t const service(parser.value(role));
+    if (service != service_t::server && service != service_t::client && service != service_t::offline)
+        return fail(QStringLiteral("unknown role ") + parser.value(role));
+    type_brand_t const chosenBrand = type_brand_t::getType(parser.value(brand));
+    ps_knx_mode_t const mode(parser.value(knxMode));
+    if (mode != ps_knx_mode_t::kdrive && mode != ps_knx_mode_t::baos && mode != ps_knx_mode_t::automatic)
+        return fail(QStringLiteral("unknown KNX mode ") + parser.value(knxMode));
+
     if (parser.isSet(dumpSection)) {
         QString section = parser.value(dumpSection);
         // "realtime" alone is the whole live database, "realtime/items" one section of it.
@@ -153,16 +166,34 @@ int main(int argc, char* argv[])
                 section = section.mid(name.size() + 1);
             }
         }
-        return dump(*dumped, section == QLatin1String("all") ? QString() : section);
+        // Only when a journal holds changes do the engines have to rebuild the state.
+        std::function<QJsonObject()> replayed;
+        QStringList unused;
+        bool journaled = false;
+        for (host_store_t* each : {&store, &liveStore, &presenceStore}) {
+            each->load([](QString const&) { return true; }, unused, true);
+            for (QJsonObject const& entry : each->inspectJournal(unused))
+                journaled = journaled || entry.contains(QStringLiteral("topic"));
+        }
+        if (journaled) {
+            replayed = [&]() {
+                database::database_t database(service, chosenBrand, mode);
+                QStringList notes;
+                QList<QJsonObject> records;
+                host_loading_t loading{&store, &liveStore, &presenceStore};
+                if (loading.load(database, notes, true))
+                    loading.replay(database, notes, records, true);
+                for (QString const& note : std::as_const(notes))
+                    std::fprintf(stderr, "dbhost: %s\n", qPrintable(note));
+                if (dumped == &liveStore)
+                    return database.getRealtime()->serialize(false);
+                if (dumped == &presenceStore)
+                    return database.getPresenceSimulation()->serialize(false);
+                return database.getPersistent()->serialize(false);
+            };
+        }
+        return dump(*dumped, section == QLatin1String("all") ? QString() : section, replayed);
     }
-
-    service_t const service(parser.value(role));
-    if (service != service_t::server && service != service_t::client && service != service_t::offline)
-        return fail(QStringLiteral("unknown role ") + parser.value(role));
-    type_brand_t const chosenBrand = type_brand_t::getType(parser.value(brand));
-    ps_knx_mode_t const mode(parser.value(knxMode));
-    if (mode != ps_knx_mode_t::kdrive && mode != ps_knx_mode_t::baos && mode != ps_knx_mode_t::automatic)
-        return fail(QStringLiteral("unknown KNX mode ") + parser.value(knxMode));
 
     host_mqtt_client_t::options_t broker;
     if (parser.isSet(mqtt)) {
@@ -189,13 +220,19 @@ int main(int argc, char* argv[])
 
     database::database_t database(service, chosenBrand, mode);
     QStringList notes;
-    bool const loaded = host_loading_t{&store, &liveStore, &presenceStore}.load(database, notes);
+    host_loading_t const loading{&store, &liveStore, &presenceStore};
+    bool const loaded = loading.load(database, notes);
+    // The changes reported before the last end that no file holds yet.
+    QList<QJsonObject> records;
+    int const replayed = loaded ? loading.replay(database, notes, records) : 0;
     for (QString const& note : std::as_const(notes))
         std::fprintf(stderr, "dbhost: %s\n", qPrintable(note));
     if (!loaded) {
         ::utility::logs::classlogs::getInstance()->flush();
         return 2;
     }
+    if (replayed > 0)
+        std::fprintf(stderr, "dbhost: %d changes replayed from the journals\n", replayed);
 
     host_session_t session(&database, &store, &liveStore, &presenceStore);
     // Beside a broker, standard input is this process's own: its end ends nothing.
@@ -209,7 +246,10 @@ int main(int argc, char* argv[])
             return fail(error);
         session.addLink(network.get());
     }
-    session.saveNow(); // the first run leaves the factory database in the folder
+    session.restoreRecords(records);
+    // The first run leaves the factory database in the folder; after a
+    // replay the files take over what the journals held.
+    session.saveNow();
     host_session_t::installSignalHandlers();
     session.start();
     int const status = app.exec();

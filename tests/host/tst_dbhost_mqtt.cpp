@@ -434,6 +434,107 @@ private Q_SLOTS:
         QCOMPARE(site.client("a").changes("onPersistentChangeItem", "D1"), 2);
     }
 
+    void requestsAreAppliedExactlyOnceThroughServerKills()
+    {
+        installation_t site;
+        QString why;
+        QStringList const ids{"w0", "w1", "w2"};
+        QVERIFY2(site.start(ids, false, why), qPrintable(why));
+        int const serverKills = qMax(20, qEnvironmentVariableIntValue("MQTT_KILL_COUNT"));
+        quint32 const seed = QRandomGenerator::global()->generate();
+        qInfo("seed %u", seed);
+        QRandomGenerator random(seed);
+
+        // Each client adds an item of its own per request and, every tenth,
+        // renames its item "last" to the request's number.
+        std::map<QString, int> sent;
+        std::map<QString, QSet<QString>> accepted;
+        // Lines of processes that are gone: a kill replaces their collector.
+        QList<dbhost_process_t::line_t> serverLines;
+        auto const harvestAccepted = [&](QString const& id) {
+            for (auto const& line : site.client(id).lines) {
+                if (line.json.value("event").toString() == QLatin1String("request"))
+                    accepted[id].insert(line.json.value("packet").toObject().value("topic").toString());
+            }
+        };
+        auto const sendSome = [&] {
+            for (QString const& id : ids) {
+                if (!site.client(id).running())
+                    continue;
+                int const n = sent[id]++;
+                site.client(id).send(itemLine(id + "n" + QString::number(n), QString::number(n)));
+                if (n % 10 == 0)
+                    site.client(id).send(itemLine(id + "last", QString::number(n)));
+            }
+        };
+        QTimer stream;
+        QObject::connect(&stream, &QTimer::timeout, sendSome);
+        stream.start(20);
+
+        for (int kill = 0; kill < serverKills; ++kill) {
+            QTest::qWait(int(random.bounded(200, 700)));
+            site.server->kill();
+            serverLines += site.server->lines;
+            QTest::qWait(int(random.bounded(50, 300)));
+            if (kill == 5 || kill == 12) {
+                // A client dies too; what it accepted before is in its journal.
+                harvestAccepted("w1");
+                site.client("w1").kill();
+            }
+            if (kill == 8 || kill == 16) {
+                site.broker->stop();
+                QTest::qWait(200);
+                QVERIFY2(site.broker->start(why), qPrintable(why));
+            }
+            site.startServer();
+            if (kill == 5 || kill == 12)
+                QVERIFY(site.startClient("w1"));
+        }
+        QTest::qWait(500);
+        stream.stop();
+        // A last rename of each client's item, the newest of all.
+        for (QString const& id : ids)
+            site.client(id).send(itemLine(id + "last", "final"));
+        QVERIFY(site.allSaw("onPersistentChangeItem", "w2last"));
+        QVERIFY(site.waitQuiet(4000, 180000));
+        QVERIFY(site.terminateAll());
+        serverLines += site.server->lines;
+        for (QString const& id : ids)
+            harvestAccepted(id);
+
+        QCOMPARE(site.differences(), QStringList());
+        // Each accepted request was applied by the server exactly once: one
+        // change line for its item across all the server's lives.
+        QMap<QString, int> applied;
+        for (auto const& line : std::as_const(serverLines)) {
+            if (line.json.value("signal").toString() == QLatin1String("onPersistentChangeItem"))
+                applied[line.json.value("key").toString()] += 1;
+        }
+        QJsonObject const items = readJson(site.server->folder() + "/persistent.json").value("items").toObject()
+                                      .value("objects_list").toObject();
+        int total = 0;
+        for (QString const& id : ids) {
+            for (QString const& topic : accepted[id]) {
+                QString const key = topic.section('/', -1);
+                if (key.endsWith("last"))
+                    continue;
+                ++total;
+                QVERIFY2(items.contains(key), qPrintable(key + " was accepted and is missing"));
+                QVERIFY2(applied.value(key) == 1,
+                         qPrintable(QStringLiteral("%1 was applied %2 times").arg(key).arg(applied.value(key))));
+            }
+            QCOMPARE(items.value(id + "last").toObject().value("name").toString(), QStringLiteral("final"));
+        }
+        // Nothing that no client asked for: every item of a client was sent by it.
+        for (auto it = items.begin(); it != items.end(); ++it) {
+            QString const id = it.key().left(2);
+            if (ids.contains(id) && !it.key().endsWith("last"))
+                QVERIFY2(it.key().mid(3).toInt() < sent[id], qPrintable(it.key()));
+        }
+        qInfo("%d server kills, %d requests accepted and applied once", serverKills, total);
+        QVERIFY(total > serverKills * 20);
+    }
+
     void everyProcessConvergesThroughKillsAndBrokerRestart()
     {
         installation_t site;

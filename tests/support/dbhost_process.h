@@ -49,12 +49,16 @@ public:
 
     void start(QStringList const& arguments)
     {
-        process.start(QStringLiteral(DBHOST), QStringList{QStringLiteral("--data"), data, QStringLiteral("--log-level"),
-                                                          QStringLiteral("1")} + arguments);
+        // DBHOST_BINARY runs another build (an older one, for a benchmark's comparison).
+        process.start(qEnvironmentVariableIsSet("DBHOST_BINARY") ? qEnvironmentVariable("DBHOST_BINARY")
+                                                                 : QStringLiteral(DBHOST),
+                      QStringList{QStringLiteral("--data"), data, QStringLiteral("--log-level"), QStringLiteral("1")}
+                          + arguments);
         process.waitForStarted(10000);
     }
 
     bool running() const { return process.state() == QProcess::Running; }
+    int exitCode() const { return process.exitCode(); }
     /// The clock of the arrival times of the lines.
     qint64 now() const { return clock.nsecsElapsed(); }
     void send(QByteArray const& line) { process.write(line.endsWith('\n') ? line : line + '\n'); }
