@@ -130,11 +130,14 @@ void host_stdio_link_t::handleLine(QByteArray const& line)
     settleLibrary();
 }
 
-void host_stdio_link_t::writeLine(QJsonObject const& line)
+void host_stdio_link_t::writeLine(QJsonObject const& line) const
 {
     QByteArray const text = QJsonDocument(line).toJson(QJsonDocument::Compact);
     std::fwrite(text.constData(), 1, size_t(text.size()), stdout);
     std::fputc('\n', stdout);
+    // Beside a broker the line goes before the same change is published.
+    if (local)
+        std::fflush(stdout);
 }
 
 void host_stdio_link_t::flushOutput()

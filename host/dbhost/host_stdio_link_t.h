@@ -36,7 +36,7 @@ private Q_SLOTS:
 private:
     void scheduleNextLine();
     void handleLine(QByteArray const& line);
-    static void writeLine(QJsonObject const& line);
+    void writeLine(QJsonObject const& line) const;
 
     bool local = false;
     QSocketNotifier* input = nullptr;

@@ -218,6 +218,8 @@ int main(int argc, char* argv[])
     if (!store.prepare(error))
         return fail(error);
 
+    // A SIGTERM during a long load and replay is taken once the session runs, not by dying.
+    host_session_t::installSignalHandlers();
     database::database_t database(service, chosenBrand, mode);
     QStringList notes;
     host_loading_t const loading{&store, &liveStore, &presenceStore};
@@ -250,7 +252,6 @@ int main(int argc, char* argv[])
     // The first run leaves the factory database in the folder; after a
     // replay the files take over what the journals held.
     session.saveNow();
-    host_session_t::installSignalHandlers();
     session.start();
     int const status = app.exec();
     ::utility::logs::classlogs::getInstance()->flush();

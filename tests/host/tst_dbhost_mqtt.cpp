@@ -503,8 +503,9 @@ private Q_SLOTS:
             harvestAccepted(id);
 
         QCOMPARE(site.differences(), QStringList());
-        // Each accepted request was applied by the server exactly once: one
-        // change line for its item across all the server's lives.
+        // Each accepted request was applied by the server once: never two
+        // change lines for its item across all the server's lives (none when
+        // a kill came after its commit and before its line).
         QMap<QString, int> applied;
         for (auto const& line : std::as_const(serverLines)) {
             if (line.json.value("signal").toString() == QLatin1String("onPersistentChangeItem"))
@@ -520,7 +521,7 @@ private Q_SLOTS:
                     continue;
                 ++total;
                 QVERIFY2(items.contains(key), qPrintable(key + " was accepted and is missing"));
-                QVERIFY2(applied.value(key) == 1,
+                QVERIFY2(applied.value(key) <= 1,
                          qPrintable(QStringLiteral("%1 was applied %2 times").arg(key).arg(applied.value(key))));
             }
             QCOMPARE(items.value(id + "last").toObject().value("name").toString(), QStringLiteral("final"));
