@@ -235,6 +235,8 @@ void host_mqtt_link_t::handleMessage(QString topic, QByteArray const& payload,
     if (!server)
         recheck.start();
     Q_EMIT packetArrived(packet, QStringLiteral("the message on ") + topic);
+    // A message's changes all in the commit of its turn, in the order of the messages.
+    settleLibrary();
 }
 
 bool host_mqtt_link_t::markApplied(QString const& id)
