@@ -150,7 +150,14 @@ int host_loading_t::replay(database::database_t& database, QStringList& notes, Q
                 records.append(entry);
                 continue;
             }
-            road.update(entry);
+            // A removal is reported with a null payload; the handlers take it as an empty object.
+            if (entry.value(QStringLiteral("payload")).isNull()) {
+                QJsonObject removal = entry;
+                removal.insert(QStringLiteral("payload"), QJsonObject());
+                road.update(removal);
+            } else {
+                road.update(entry);
+            }
             if (++count % 512 == 0)
                 settle();
         }

@@ -122,6 +122,32 @@ private Q_SLOTS:
         QVERIFY2(!third.errors.contains("replayed"), qPrintable(third.errors));
     }
 
+    void replayGivesExactlyTheStateThatWasReported()
+    {
+        // The demo's packets of every kind, once to a clean end and once
+        // killed as soon as the last line is printed: the same databases.
+        QFile demo(QStringLiteral(DEMO));
+        QVERIFY(demo.open(QIODevice::ReadOnly));
+        QByteArray const input = demo.readAll();
+        QTemporaryDir dir;
+        dbhost_process_t clean(dir.filePath("clean"));
+        clean.start({});
+        clean.send(input);
+        QVERIFY(QTest::qWaitFor([&] { return clean.lines.size() > 10; }, 30000));
+        QTest::qWait(500);
+        QVERIFY(clean.terminate());
+        dbhost_process_t killed(dir.filePath("killed"));
+        killed.start({});
+        killed.send(input);
+        QVERIFY(killed.waitFor([&] { return killed.lines.size() == clean.lines.size(); }, 30000));
+        killed.kill();
+        for (QString const& what : {"all", "realtime", "presencesimulation"}) {
+            QJsonObject const expected = dump(clean.folder(), what);
+            QVERIFY(!expected.isEmpty());
+            QCOMPARE(dump(killed.folder(), what), expected);
+        }
+    }
+
     void journalThatDoesNotFollowTheFileIsNotApplied_data()
     {
         QTest::addColumn<QString>("how");
