@@ -1,7 +1,6 @@
 #include "host_journal_t.h"
 
 #include <QCryptographicHash>
-#include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
@@ -114,20 +113,6 @@ host_journal_t::contents_t host_journal_t::read(QString const& path)
     return contents;
 }
 
-QString host_journal_t::setAside(QString const& path, QString& error)
-{
-    QString const stamp = host_store_t::stamp(QDateTime::currentDateTimeUtc());
-    QString aside = path + QStringLiteral(".corrupt-") + stamp;
-    for (int n = 1; QFileInfo::exists(aside); ++n)
-        aside = path + QStringLiteral(".corrupt-") + stamp + QLatin1Char('-') + QString::number(n);
-    if (!QFile::rename(path, aside)) {
-        error = QStringLiteral("cannot move ") + path + QStringLiteral(" aside");
-        return QString();
-    }
-    host_store_t::syncFolder(folderOf(path));
-    return aside;
-}
-
 QList<QJsonObject> host_journal_t::inspect(QString const& path, QByteArray const& follows, QStringList& notes)
 {
     // A compaction cut after the file was replaced: the next journal is the one.
@@ -166,7 +151,7 @@ bool host_journal_t::open(QByteArray const& follows, QList<QJsonObject>& entries
     if (QFileInfo::exists(filePath)) {
         contents_t const contents = read(filePath);
         if (!contents.header || contents.follows != follows) {
-            QString const aside = setAside(filePath, error);
+            QString const aside = host_store_t::putAside(filePath, error);
             notes.append(aside.isEmpty() ? error
                                          : QStringLiteral("the journal ") + QFileInfo(filePath).fileName()
                                                + QStringLiteral(" does not follow the file beside it: not applied, kept as ")

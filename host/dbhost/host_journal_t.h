@@ -77,7 +77,6 @@ private:
 
     static contents_t read(QString const& path);
     static QByteArray headerLine(QByteArray const& follows);
-    static QString setAside(QString const& path, QString& error);
     bool create(QByteArray const& follows, QString& error);
     bool reopen(qint64 length, QString& error);
     void close();

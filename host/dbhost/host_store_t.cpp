@@ -63,17 +63,17 @@ QString host_store_t::stamp(QDateTime const& when)
     return when.toUTC().toString(QStringLiteral("yyyyMMdd'T'HHmmss'Z'"));
 }
 
-QString host_store_t::putAside(QString const& path, QString& error) const
+QString host_store_t::putAside(QString const& path, QString& error)
 {
-    QString aside = path + QStringLiteral(".corrupt-") + stamp(QDateTime::currentDateTimeUtc());
+    QString const base = path + QStringLiteral(".corrupt-") + stamp(QDateTime::currentDateTimeUtc());
+    QString aside = base;
     for (int n = 1; QFileInfo::exists(aside); ++n)
-        aside = path + QStringLiteral(".corrupt-") + stamp(QDateTime::currentDateTimeUtc()) + QLatin1Char('-')
-                + QString::number(n);
+        aside = base + QLatin1Char('-') + QString::number(n);
     if (!QFile::rename(path, aside)) {
         error = QStringLiteral("cannot move ") + path + QStringLiteral(" aside");
         return QString();
     }
-    syncFolder(folder.absolutePath());
+    syncFolder(QFileInfo(path).absolutePath());
     return aside;
 }
 

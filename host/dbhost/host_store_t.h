@@ -69,9 +69,11 @@ public:
 
     static bool syncFile(QString const& path);
     static bool syncFolder(QString const& path);
+    /// Renames a file that must not be used, and must not be lost, to
+    /// "<name>.corrupt-<UTC time>"; its new path, or empty with the reason.
+    static QString putAside(QString const& path, QString& error);
 
 private:
-    QString putAside(QString const& path, QString& error) const;
     void rotateBackups() const;
 
     QDir folder;
