@@ -311,7 +311,7 @@ QHttpServerResponse host_http_link_t::answer(QHttpServerRequest const& request, 
         if (options.token.isEmpty() && !loopbackHost(request.value(QByteArrayLiteral("host"))))
             return problem(status_code::Forbidden, QStringLiteral("the inspector answers to loopback names only"));
         access_t const granted = access(request.value(QByteArrayLiteral("authorization")),
-                                        request.query().queryItemValue(QStringLiteral("token")), queryAllowed);
+                                        request.query().queryItemValue(QStringLiteral("token"), QUrl::FullyDecoded), queryAllowed);
         if (granted != access_t::granted) {
             QHttpServerResponse refused = problem(status_code::Unauthorized, granted == access_t::missing
                                                                                  ? QStringLiteral("a token is needed")
@@ -432,7 +432,7 @@ void host_http_link_t::handshake(QTcpSocket* socket, QByteArray const& head)
     QByteArray const origin = headers.value("origin");
     if (!origin.isEmpty() && origin != "http://" + host)
         return refuse(403, "Forbidden");
-    if (access(headers.value("authorization"), QUrlQuery(url).queryItemValue(QStringLiteral("token")), true)
+    if (access(headers.value("authorization"), QUrlQuery(url).queryItemValue(QStringLiteral("token"), QUrl::FullyDecoded), true)
         != access_t::granted)
         return refuse(401, "Unauthorized", "WWW-Authenticate: Bearer realm=\"dbhost\"\r\n");
     counted(responseCells, QStringLiteral("dbhost_http_responses_total"), QStringLiteral("code"),

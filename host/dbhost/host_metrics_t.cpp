@@ -3,6 +3,7 @@
 #include <QDateTime>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QLocale>
 #include <QMutexLocker>
 
 #include <cmath>
@@ -19,7 +20,7 @@ QByteArray number(double value)
     // Counts stay integers on the page; durations keep every digit.
     if (value == std::floor(value) && std::fabs(value) < 1e15)
         return QByteArray::number(qint64(value));
-    return QByteArray::number(value, 'g', 17);
+    return QString::number(value, 'g', QLocale::FloatingPointShortest).toLatin1();
 }
 
 QByteArray labelText(host_metrics_t::labels_t const& labels)

@@ -161,6 +161,7 @@ int main(int argc, char* argv[])
             if (section == name || section.startsWith(name + QLatin1Char('/'))) {
                 dumped = other;
                 section = section.mid(name.size() + 1);
+                break; // "realtime/presencesimulation" is a section of the live database
             }
         }
         return dump(*dumped, section == QLatin1String("all") ? QString() : section);

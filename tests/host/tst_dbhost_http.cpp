@@ -35,6 +35,11 @@ struct sample_t {
     double value = 0;
 };
 
+QChar charAt(QString const& text, qsizetype i)
+{
+    return i >= 0 && i < text.size() ? text.at(i) : QChar();
+}
+
 /// Reads the Prometheus text format strictly; false with the offending line.
 bool parsePrometheus(QByteArray const& text, QList<sample_t>& samples, QString& error)
 {
@@ -91,7 +96,7 @@ bool parsePrometheus(QByteArray const& text, QList<sample_t>& samples, QString& 
             ++i;
             while (i < line.size() && line.at(i) != QLatin1Char('}')) {
                 qsizetype const equals = line.indexOf(QLatin1Char('='), i);
-                if (equals < 0 || line.value(equals + 1) != QLatin1Char('"'))
+                if (equals < 0 || charAt(line, equals + 1) != QLatin1Char('"'))
                     return false;
                 QString const label = line.mid(i, equals - i);
                 if (!labelName.match(label).hasMatch() || sample.labels.contains(label))
@@ -103,7 +108,7 @@ bool parsePrometheus(QByteArray const& text, QList<sample_t>& samples, QString& 
                         value += line.at(i);
                         continue;
                     }
-                    QChar const next = line.value(++i);
+                    QChar const next = charAt(line, ++i);
                     if (next == QLatin1Char('n'))
                         value += QLatin1Char('\n');
                     else if (next == QLatin1Char('\\') || next == QLatin1Char('"'))
@@ -115,7 +120,7 @@ bool parsePrometheus(QByteArray const& text, QList<sample_t>& samples, QString& 
                     return false;
                 sample.labels.insert(label, value);
                 ++i;
-                if (line.value(i) == QLatin1Char(','))
+                if (charAt(line, i) == QLatin1Char(','))
                     ++i;
             }
             if (i >= line.size())
