@@ -327,7 +327,10 @@ def main():
         checks.expect(os.path.getsize(args.screenshot) > 10000, "screenshot at " + args.screenshot)
         errors = console_errors(driver)
         checks.expect(not errors, "still no console error" + (": %s" % errors if errors else ""))
+        # Away from the page before its host goes: its retries would be errors of their own.
+        driver.get("about:blank")
         host.stop()
+        driver.get_log("browser")
 
         # Many items: first paint, and a search across all of them.
         big = os.path.join(work, "big")
