@@ -229,11 +229,12 @@ QJsonValue host_http_link_t::journalStatus()
         return QJsonValue::Null;
     QJsonObject journal;
     for (host_metrics_t::sample_t const& sync : syncs)
-        journal.insert(sync.labels.value(QStringLiteral("database")), QJsonObject{{QStringLiteral("syncs"), sync.value}});
+        journal.insert(sync.labels.value(QStringLiteral("database")),
+                       QJsonObject{{QStringLiteral("syncs"), sync.value}});
     return journal;
 }
 
-bool host_http_link_t::listen(QString& error)
+bool host_http_link_t::allowed(options_t const& options, QString& error)
 {
     if (options.token.isEmpty() && !options.address.isLoopback()) {
         error = QStringLiteral("--http %1 is reachable from other machines: give a token with --http-token-file, "
@@ -241,6 +242,13 @@ bool host_http_link_t::listen(QString& error)
                     .arg(options.address.toString());
         return false;
     }
+    return true;
+}
+
+bool host_http_link_t::listen(QString& error)
+{
+    if (!allowed(options, error))
+        return false;
     http = new QHttpServer(this);
     routes();
     feedServer = new QWebSocketServer(QStringLiteral("dbhost"), QWebSocketServer::NonSecureMode, this);
@@ -268,8 +276,10 @@ void host_http_link_t::start()
 
 void host_http_link_t::stop()
 {
-    stopped = true;
+    // The last changes go out before the goodbye, as they did on standard output.
     batch.stop();
+    flushFeed();
+    stopped = true;
     if (front)
         front->close();
     for (subscriber_t const& subscriber : std::as_const(subscribers)) {
@@ -310,8 +320,8 @@ QHttpServerResponse host_http_link_t::answer(QHttpServerRequest const& request, 
         // name: a page elsewhere that renames its host to 127.0.0.1 gets nothing.
         if (options.token.isEmpty() && !loopbackHost(request.value(QByteArrayLiteral("host"))))
             return problem(status_code::Forbidden, QStringLiteral("the inspector answers to loopback names only"));
-        access_t const granted = access(request.value(QByteArrayLiteral("authorization")),
-                                        request.query().queryItemValue(QStringLiteral("token"), QUrl::FullyDecoded), queryAllowed);
+        QString const queryToken = request.query().queryItemValue(QStringLiteral("token"), QUrl::FullyDecoded);
+        access_t const granted = access(request.value(QByteArrayLiteral("authorization")), queryToken, queryAllowed);
         if (granted != access_t::granted) {
             QHttpServerResponse refused = problem(status_code::Unauthorized, granted == access_t::missing
                                                                                  ? QStringLiteral("a token is needed")
@@ -432,8 +442,8 @@ void host_http_link_t::handshake(QTcpSocket* socket, QByteArray const& head)
     QByteArray const origin = headers.value("origin");
     if (!origin.isEmpty() && origin != "http://" + host)
         return refuse(403, "Forbidden");
-    if (access(headers.value("authorization"), QUrlQuery(url).queryItemValue(QStringLiteral("token"), QUrl::FullyDecoded), true)
-        != access_t::granted)
+    QString const queryToken = QUrlQuery(url).queryItemValue(QStringLiteral("token"), QUrl::FullyDecoded);
+    if (access(headers.value("authorization"), queryToken, true) != access_t::granted)
         return refuse(401, "Unauthorized", "WWW-Authenticate: Bearer realm=\"dbhost\"\r\n");
     counted(responseCells, QStringLiteral("dbhost_http_responses_total"), QStringLiteral("code"),
             QStringLiteral("101"))

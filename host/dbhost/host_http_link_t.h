@@ -64,6 +64,10 @@ public:
     /// The journal's syncs as the metrics know them; null when there is none.
     static QJsonValue journalStatus();
 
+    /// False with the reason when the options may not be served: an address
+    /// beyond loopback with no token.
+    static bool allowed(options_t const& options, QString& error);
+
     /// Binds; false with the reason (an address beyond loopback with no
     /// token, a port taken).
     bool listen(QString& error);

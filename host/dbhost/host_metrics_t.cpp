@@ -238,8 +238,9 @@ QByteArray host_metrics_t::render() const
             help.replace(QLatin1Char('\\'), QLatin1String("\\\\")).replace(QLatin1Char('\n'), QLatin1String("\\n"));
             text += "# HELP " + bare + ' ' + help.toUtf8() + '\n';
         }
-        QString const type = !family.type.isEmpty() ? family.type
-                                                    : (hasSummaries ? QStringLiteral("summary") : QStringLiteral("untyped"));
+        QString type = family.type;
+        if (type.isEmpty())
+            type = hasSummaries ? QStringLiteral("summary") : QStringLiteral("untyped");
         text += "# TYPE " + bare + ' ' + type.toUtf8() + '\n';
         if (type == QLatin1String("summary")) {
             for (auto it = firstSummary; hasSummaries && it != summaries.end() && it->first.first == *name; ++it) {

@@ -33,7 +33,8 @@
  *   dbhost_journal_sync_duration_seconds{database} summary of their durations
  *   dbhost_mqtt_connected                         1 while the broker connection is up
  *   dbhost_mqtt_reconnections_total               connections after the first
- *   dbhost_mqtt_sync_comparisons_total{result}    a client's hash comparisons answered: in_step, took_sections, lost_status
+ *   dbhost_mqtt_sync_comparisons_total{result}    a client's hash comparisons answered:
+ *                                                 in_step, took_sections, lost_status
  *   dbhost_mqtt_sync_sections_taken_total         sections a client took over from the server
  *   dbhost_mqtt_sync_sections_sent_total          sections the server sent to clients that differed
  *   dbhost_section_items{database,section}        entries of each section, counted when scraped

@@ -298,7 +298,8 @@ void host_mqtt_client_t::onConnectCallback(mosquitto*, void* self, int rc, int, 
     else
         std::fprintf(stderr, "dbhost: back with the broker %s after %.1f s\n", qPrintable(client->address()),
                      double(client->lossClock.elapsed()) / 1000.0);
-    if (client->everConnected) host_metrics_t::instance().add(QStringLiteral("dbhost_mqtt_reconnections_total"));
+    if (client->everConnected)
+        host_metrics_t::instance().add(QStringLiteral("dbhost_mqtt_reconnections_total"));
     client->everConnected = true;
     client->lossSaid = false;
     Q_EMIT client->connected();

@@ -243,8 +243,12 @@ void host_mqtt_link_t::handleSync(QString const& topic, QByteArray const& payloa
         for (QJsonObject const& packet : packets)
             Q_EMIT packetArrived(packet, QStringLiteral("the sections from the server"));
         QString const list = names.join(QStringLiteral(", "));
-        host_metrics_t::instance().add(QStringLiteral("dbhost_mqtt_sync_comparisons_total"), {{QStringLiteral("result"), names.isEmpty() ? QStringLiteral("in_step") : afterQuiet ? QStringLiteral("lost_status") : QStringLiteral("took_sections")}});
-        host_metrics_t::instance().add(QStringLiteral("dbhost_mqtt_sync_sections_taken_total"), {}, double(names.size()));
+        host_metrics_t::instance().add(QStringLiteral("dbhost_mqtt_sync_comparisons_total"),
+                                       {{QStringLiteral("result"), names.isEmpty() ? QStringLiteral("in_step")
+                                                                   : afterQuiet    ? QStringLiteral("lost_status")
+                                                                                   : QStringLiteral("took_sections")}});
+        host_metrics_t::instance().add(QStringLiteral("dbhost_mqtt_sync_sections_taken_total"), {},
+                                       double(names.size()));
         if (names.isEmpty() && !afterQuiet)
             std::fprintf(stderr, "dbhost: in step with the server; no section differed\n");
         else if (!names.isEmpty() && !afterQuiet)

@@ -272,7 +272,9 @@ void host_session_t::save(saved_file_t& file)
     QString error;
     // An image that is already on disk isn't written again: backups stay meaningful.
     bool const current = hash == file.lastSavedHash && QFile::exists(file.store->currentPath());
-    if (current || host_metrics_t::instance().recordSave(name.section(QLatin1Char('.'), 0, 0), [&] { return file.store->save(file.write, error); })) {
+    if (current
+        || host_metrics_t::instance().recordSave(name.section(QLatin1Char('.'), 0, 0),
+                                                 [&] { return file.store->save(file.write, error); })) {
         if (!current) {
             file.lastSavedHash = hash;
             file.sinceSave.start();

@@ -203,10 +203,12 @@ int main(int argc, char* argv[])
             return fail(QStringLiteral("cannot read the token file ") + file.fileName());
         inspector.token = QString::fromUtf8(file.readLine()).trimmed();
         if (inspector.token.isEmpty())
-            return fail(QStringLiteral("the token file ") + file.fileName() + QStringLiteral(" has no token on its first line"));
+            return fail(QStringLiteral("the token file %1 has no token on its first line").arg(file.fileName()));
     }
 
     QString error;
+    if (parser.isSet(http) && !host_http_link_t::allowed(inspector, error))
+        return fail(error);
     if (!store.prepare(error))
         return fail(error);
 

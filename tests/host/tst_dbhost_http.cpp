@@ -407,7 +407,8 @@ private Q_SLOTS:
         QVERIFY(find(before, "dbhost_saves_total", {{"database", "persistent"}, {"result", "done"}}) >= 1);
         QVERIFY(find(before, "dbhost_save_duration_seconds_count", {{"database", "persistent"}}) >= 1);
         QVERIFY(find(before, "process_resident_memory_bytes") > 1e6);
-        double const itemsBefore = find(before, "dbhost_section_items", {{"database", "persistent"}, {"section", "items"}});
+        QMap<QString, QString> const items{{"database", "persistent"}, {"section", "items"}};
+        double const itemsBefore = find(before, "dbhost_section_items", items);
         QVERIFY(itemsBefore >= 0);
 
         for (int i = 0; i < 3; ++i)
@@ -423,8 +424,7 @@ private Q_SLOTS:
         // Every change line of the persistent database, counted once.
         QCOMPARE(changes, double(persistentLines));
         QVERIFY(changes >= 3);
-        QCOMPARE(find(after, "dbhost_section_items", {{"database", "persistent"}, {"section", "items"}}),
-                 itemsBefore + 3);
+        QCOMPARE(find(after, "dbhost_section_items", items), itemsBefore + 3);
         QCOMPARE(find(after, "dbhost_refusals_total", {{"kind", "refused"}}), 1.0);
         QVERIFY(find(after, "dbhost_http_responses_total", {{"code", "200"}}) >= 1);
     }
@@ -441,7 +441,8 @@ private Q_SLOTS:
         metrics.add("not_described_total");
         QVERIFY(!metrics.recordSave("persistent", [] { return false; }));
         int const collector = metrics.addCollector([] {
-            return QList<host_metrics_t::sample_t>{{"dbhost_section_items", {{"database", "realtime"}, {"section", "items"}}, 7}};
+            return QList<host_metrics_t::sample_t>{
+                {"dbhost_section_items", {{"database", "realtime"}, {"section", "items"}}, 7}};
         });
         QList<sample_t> samples;
         QString error;
@@ -500,7 +501,8 @@ private Q_SLOTS:
         host_t host(dir.filePath("data"), {"--http-token-file", token.fileName()});
         QVERIFY2(host.port > 0, qPrintable(host.errors));
         if (path.startsWith("/feed") || path.startsWith("/other")) {
-            QByteArray const extra = authorization.isEmpty() ? QByteArray() : "Authorization: " + authorization + "\r\n";
+            QByteArray const extra =
+                authorization.isEmpty() ? QByteArray() : "Authorization: " + authorization + "\r\n";
             QByteArray const line = host.handshake(path, extra);
             QVERIFY2(line.startsWith("HTTP/1.1 " + QByteArray::number(status)), line.constData());
             return;
@@ -549,7 +551,8 @@ private Q_SLOTS:
         QVERIFY2(host.port > 0, qPrintable(host.errors));
         QWebSocket feed;
         QByteArray received;
-        connect(&feed, &QWebSocket::binaryMessageReceived, this, [&](QByteArray const& message) { received += message; });
+        connect(&feed, &QWebSocket::binaryMessageReceived, this,
+                [&](QByteArray const& message) { received += message; });
         QSignalSpy connected(&feed, &QWebSocket::connected);
         feed.open(QUrl(QStringLiteral("ws://127.0.0.1:%1/feed").arg(host.port)));
         QVERIFY(connected.wait(10000));
