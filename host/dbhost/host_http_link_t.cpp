@@ -14,6 +14,7 @@
 #include <QUrlQuery>
 #include <QWebSocket>
 #include <QWebSocketServer>
+#include <QtConcurrent/QtConcurrentRun>
 
 #include "database/database_t.h"
 #include "database/persistent/persistent_t.h"
@@ -45,6 +46,21 @@ QByteArray compact(QJsonValue const& value)
     // A document holds no bare value: write it in an array and drop the brackets.
     QByteArray const text = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
     return text.mid(1, text.size() - 2);
+}
+
+/// The lines that standard output writes for these changes, byte for byte
+/// (the members in the order QJsonObject keeps them).
+QByteArray changeLines(std::vector<host_http_link_t::change_t> const& changes)
+{
+    QByteArray lines;
+    for (auto const& change : changes) {
+        lines += "{\"event\":\"change\",";
+        if (!change.key.isNull())
+            lines += "\"key\":" + compact(change.key) + ',';
+        lines += "\"packet\":" + QJsonDocument(change.packet).toJson(QJsonDocument::Compact);
+        lines += ",\"signal\":" + compact(change.signal) + "}\n";
+    }
+    return lines;
 }
 
 QHttpServerResponse json(QJsonValue const& value, status_code code = status_code::Ok)
@@ -164,6 +180,15 @@ host_http_link_t::host_http_link_t(options_t _options, database::database_t* _da
     batch.setSingleShot(true);
     batch.setInterval(batchMs);
     connect(&batch, &QTimer::timeout, this, &host_http_link_t::flushFeed);
+    // One writer, so that batches go out in the order of the changes.
+    writer.setMaxThreadCount(1);
+    connect(&writing, &QFutureWatcher<QByteArray>::finished, this, [this] {
+        if (stopped)
+            return; // stop() sent it already
+        sendFeed(writing.result());
+        if (!pending.empty() && !batch.isActive())
+            batch.start();
+    });
     QFile file(QStringLiteral(":/inspector/inspector.html"));
     if (file.open(QIODevice::ReadOnly))
         page = file.readAll();
@@ -173,6 +198,7 @@ host_http_link_t::host_http_link_t(options_t _options, database::database_t* _da
 
 host_http_link_t::~host_http_link_t()
 {
+    writing.waitForFinished();
     host_metrics_t::instance().removeCollector(collector);
 }
 
@@ -278,7 +304,11 @@ void host_http_link_t::stop()
 {
     // The last changes go out before the goodbye, as they did on standard output.
     batch.stop();
-    flushFeed();
+    if (writing.isRunning()) {
+        writing.waitForFinished();
+        sendFeed(writing.result());
+    }
+    sendFeed(changeLines(std::exchange(pending, {})));
     stopped = true;
     if (front)
         front->close();
@@ -471,9 +501,17 @@ void host_http_link_t::onFeedConnection()
 
 void host_http_link_t::flushFeed()
 {
-    if (pending.isEmpty())
+    // A batch still being written takes the next one along when it is done.
+    if (pending.empty() || writing.isRunning())
         return;
-    QByteArray const lines = std::exchange(pending, QByteArray());
+    writing.setFuture(
+        QtConcurrent::run(&writer, [changes = std::exchange(pending, {})] { return changeLines(changes); }));
+}
+
+void host_http_link_t::sendFeed(QByteArray const& lines)
+{
+    if (lines.isEmpty())
+        return;
     for (subscriber_t& subscriber : subscribers) {
         if (!subscriber.socket)
             continue;
@@ -505,14 +543,7 @@ void host_http_link_t::reportChange(QString const& name, QString const& signal, 
     counted(changeCells, QStringLiteral("dbhost_changes_total"), QStringLiteral("database"), name).add();
     if (subscribers.isEmpty() || stopped)
         return;
-    // The line standard output writes, so that the feed is the same story.
-    QJsonObject line{{QStringLiteral("event"), QStringLiteral("change")},
-                     {QStringLiteral("signal"), signal},
-                     {QStringLiteral("packet"), packet}};
-    if (!key.isNull())
-        line.insert(QStringLiteral("key"), key);
-    pending += QJsonDocument(line).toJson(QJsonDocument::Compact);
-    pending += '\n';
+    pending.push_back({signal, key, packet});
     if (!batch.isActive())
         batch.start();
 }

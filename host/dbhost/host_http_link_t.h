@@ -2,16 +2,19 @@
 #define HOST_DBHOST_HOST_HTTP_LINK_T_H
 
 #include <QByteArray>
+#include <QFutureWatcher>
 #include <QHash>
 #include <QHostAddress>
 #include <QJsonObject>
 #include <QList>
 #include <QPointer>
 #include <QString>
+#include <QThreadPool>
 #include <QTimer>
 
 #include <functional>
 #include <memory>
+#include <vector>
 
 #include "host_link_t.h"
 #include "host_metrics_t.h"
@@ -50,6 +53,12 @@ public:
         quint16 port = 0;
         /// Empty: no token asked, which only a loopback address allows.
         QString token;
+    };
+    /// A change for the feed, as the session reported it.
+    struct change_t {
+        QString signal;
+        QString key;
+        QJsonObject packet;
     };
     /// What the page's status line shows: role, broker, saves, journal, data folder.
     using status_t = std::function<QJsonObject()>;
@@ -93,7 +102,9 @@ private:
     /// Front: a WebSocket handshake for the feed, decided before the upgrade.
     void handshake(QTcpSocket* socket, QByteArray const& head);
     void onFeedConnection();
+    /// Hands the changes gathered so far to the writer thread, unless it is busy.
     void flushFeed();
+    void sendFeed(QByteArray const& lines);
     host_metrics_t::cell_t& counted(QHash<QString, host_metrics_t::cell_t*>& cells, QString const& metric,
                                     QString const& label, QString const& value);
     QList<host_metrics_t::sample_t> collect();
@@ -110,9 +121,12 @@ private:
         bool behind = false;
     };
     QList<subscriber_t> subscribers;
-    /// Change lines waiting for the next batch, one per line as on standard output.
-    QByteArray pending;
+    /// Changes waiting for the next batch. They are written as text on a
+    /// thread of their own: the road of the packets only keeps a reference.
+    std::vector<change_t> pending;
     QTimer batch;
+    QThreadPool writer;
+    QFutureWatcher<QByteArray> writing;
     QByteArray page;
     int collector = 0;
     QHash<QString, host_metrics_t::cell_t*> changeCells;
