@@ -29,6 +29,9 @@ packages=(g++ cmake ninja-build ccache pkgconf qt6-base-dev qt6-5compat-dev libs
 # cpack's Debian packages: dpkg-shlibdeps and dpkg-architecture, and file, which
 # cpack uses to find the binaries.
 packages+=(dpkg-dev file)
+# The host's inspector (dbhost --http): Qt's HTTP and WebSocket servers, and
+# the headless browser with its driver that its test drives.
+packages+=(qt6-httpserver-dev qt6-websockets-dev chromium chromium-driver python3-selenium)
 # The sanitizer build: clang, its runtimes with libFuzzer, and llvm-symbolizer for readable reports.
 san_packages=(clang libclang-rt-dev llvm)
 

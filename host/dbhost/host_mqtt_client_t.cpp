@@ -13,6 +13,8 @@
 #include <mosquitto.h>
 #include <mqtt_protocol.h>
 
+#include "host_metrics_t.h"
+
 namespace {
 
 constexpr int messagesPerTurn = 1024;
@@ -219,6 +221,7 @@ void host_mqtt_client_t::lost(QString const& reason)
 {
     bool const wasOnline = online;
     online = false;
+    host_metrics_t::instance().set(QStringLiteral("dbhost_mqtt_connected"), {}, 0);
     unwatchSocket();
     if (closing || retry.isActive())
         return;
@@ -299,6 +302,7 @@ void host_mqtt_client_t::onConnectCallback(mosquitto*, void* self, int rc, int, 
         return;
     }
     client->online = true;
+    host_metrics_t::instance().set(QStringLiteral("dbhost_mqtt_connected"), {}, 1);
     client->retryMs = 0;
     if (!client->everConnected)
         std::fprintf(stderr, "dbhost: connected to the broker %s as %s\n", qPrintable(client->address()),
@@ -306,6 +310,8 @@ void host_mqtt_client_t::onConnectCallback(mosquitto*, void* self, int rc, int, 
     else
         std::fprintf(stderr, "dbhost: back with the broker %s after %.1f s\n", qPrintable(client->address()),
                      double(client->lossClock.elapsed()) / 1000.0);
+    if (client->everConnected)
+        host_metrics_t::instance().add(QStringLiteral("dbhost_mqtt_reconnections_total"));
     client->everConnected = true;
     client->lossSaid = false;
     Q_EMIT client->connected();

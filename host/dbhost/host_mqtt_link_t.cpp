@@ -9,6 +9,8 @@
 
 #include <cstdio>
 
+#include "host_metrics_t.h"
+
 namespace {
 
 // Host-level topics, outside the library's "request/" and "status/" space.
@@ -400,6 +402,7 @@ void host_mqtt_link_t::handleSync(QString const& topic, QByteArray const& payloa
         // Sections may hold changes still on their way to the journal.
         whenDurable([this, peer, sections, count] {
             client.publish(prefix + sectionsTopic + peer, encode(sections));
+            host_metrics_t::instance().add(QStringLiteral("dbhost_mqtt_sync_sections_sent_total"), {}, count);
             if (count > 0)
                 std::fprintf(stderr, "dbhost: %d sections differed from the hashes of %s: sent\n", count,
                              qPrintable(peer));
@@ -442,6 +445,12 @@ void host_mqtt_link_t::handleSync(QString const& topic, QByteArray const& payloa
         for (QJsonObject const& packet : packets)
             Q_EMIT packetArrived(packet, QStringLiteral("the sections from the server"));
         QString const list = names.join(QStringLiteral(", "));
+        host_metrics_t::instance().add(QStringLiteral("dbhost_mqtt_sync_comparisons_total"),
+                                       {{QStringLiteral("result"), names.isEmpty() ? QStringLiteral("in_step")
+                                                                   : afterQuiet    ? QStringLiteral("lost_status")
+                                                                                   : QStringLiteral("took_sections")}});
+        host_metrics_t::instance().add(QStringLiteral("dbhost_mqtt_sync_sections_taken_total"), {},
+                                       double(names.size()));
         if (names.isEmpty() && !afterQuiet)
             std::fprintf(stderr, "dbhost: in step with the server; no section differed\n");
         else if (!names.isEmpty() && !afterQuiet)

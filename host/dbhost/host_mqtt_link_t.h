@@ -58,6 +58,10 @@ public:
     QList<QJsonObject> carriedRecords() const override;
     void holdInput(bool hold) override;
 
+    bool connected() const { return client.isConnected(); }
+    /// Connected, and a client has the server's answer to its last comparison.
+    bool inStep() const { return client.isConnected() && (server || (serverOnline && asked.empty())); }
+
     /// The body of a message: compact JSON of any value, "null" for none.
     static QByteArray encode(QJsonValue const& value);
     /// Reads a body back; an empty body is null, as a removal.

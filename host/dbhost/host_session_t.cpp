@@ -20,6 +20,7 @@
 #include "database/persistent/persistent_t.h"
 #include "database/presencesimulation/presencesimulation_t.h"
 #include "database/realtime/realtime_t.h"
+#include "host_metrics_t.h"
 
 namespace {
 
@@ -307,7 +308,16 @@ void host_session_t::commitJournals(bool retrying)
         if (!journal.pending())
             continue;
         QString error;
-        if (!journal.commit(error)) {
+        QElapsedTimer took;
+        took.start();
+        bool const written = journal.commit(error);
+        host_metrics_t& metrics = host_metrics_t::instance();
+        host_metrics_t::labels_t const labels{{QStringLiteral("database"), file.database}};
+        metrics.add(QStringLiteral("dbhost_journal_syncs_total"), labels);
+        metrics.observe(QStringLiteral("dbhost_journal_sync_duration_seconds"), labels, double(took.nsecsElapsed()) / 1e9);
+        metrics.set(QStringLiteral("dbhost_journal_bytes"), labels, double(journal.size()));
+        metrics.set(QStringLiteral("dbhost_journal_held_changes"), {}, double(undurable()));
+        if (!written) {
             committing = false;
             if (finished)
                 return;
@@ -456,7 +466,9 @@ bool host_session_t::save(saved_file_t& file)
         for (host_link_t* link : std::as_const(links))
             carried += link->carriedRecords();
     }
-    if (current || file.store->save(file.write, error, carried)) {
+    if (current
+        || host_metrics_t::instance().recordSave(file.database,
+                                                 [&] { return file.store->save(file.write, error, carried); })) {
         if (!current) {
             file.lastSavedHash = hash;
             file.changedSinceSave = false;

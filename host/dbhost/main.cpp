@@ -21,6 +21,7 @@
 #include "database/presencesimulation/presencesimulation_t.h"
 #include "database/realtime/realtime_t.h"
 #include "host_application_t.h"
+#include "host_http_link_t.h"
 #include "host_mqtt_link_t.h"
 #include "host_loading.h"
 #include "host_session_t.h"
@@ -131,8 +132,17 @@ int main(int argc, char* argv[])
                                         QStringLiteral("Topic prefix of this installation (none by default), so that "
                                                        "several share a broker."),
                                         QStringLiteral("prefix"));
+    QCommandLineOption const http(QStringLiteral("http"),
+                                  QStringLiteral("Serve the read-only inspector (page, change feed, /api, /metrics) at "
+                                                 "[ADDR:]PORT; ADDR is 127.0.0.1 by default, PORT 0 takes a free one."),
+                                  QStringLiteral("[addr:]port"));
+    QCommandLineOption const httpTokenFile(
+        QStringLiteral("http-token-file"),
+        QStringLiteral("File whose first line is the token every request to the inspector must bring; needed to "
+                       "bind beyond loopback."),
+        QStringLiteral("file"));
     parser.addOptions({role, brand, knxMode, data, backups, logLevel, dumpSection, mqtt, mqttClientId, mqttUser,
-                       mqttPasswordFile, mqttCaFile, mqttCert, mqttKey, mqttPrefix});
+                       mqttPasswordFile, mqttCaFile, mqttCert, mqttKey, mqttPrefix, http, httpTokenFile});
     parser.process(app);
 
     bool ok = false;
@@ -164,6 +174,7 @@ int main(int argc, char* argv[])
             if (section == name || section.startsWith(name + QLatin1Char('/'))) {
                 dumped = other;
                 section = section.mid(name.size() + 1);
+                break; // "realtime/presencesimulation" is a section of the live database
             }
         }
         // Only when a journal holds changes do the engines have to rebuild the state.
@@ -214,7 +225,21 @@ int main(int argc, char* argv[])
         broker.keyFile = parser.value(mqttKey);
     }
 
+    host_http_link_t::options_t inspector;
+    if (parser.isSet(http) && !host_http_link_t::parseAddress(parser.value(http), inspector.address, inspector.port))
+        return fail(QStringLiteral("--http takes [ADDR:]PORT, such as 8080 or 127.0.0.1:8080"));
+    if (parser.isSet(httpTokenFile)) {
+        QFile file(parser.value(httpTokenFile));
+        if (!file.open(QIODevice::ReadOnly))
+            return fail(QStringLiteral("cannot read the token file ") + file.fileName());
+        inspector.token = QString::fromUtf8(file.readLine()).trimmed();
+        if (inspector.token.isEmpty())
+            return fail(QStringLiteral("the token file %1 has no token on its first line").arg(file.fileName()));
+    }
+
     QString error;
+    if (parser.isSet(http) && !host_http_link_t::allowed(inspector, error))
+        return fail(error);
     if (!store.prepare(error))
         return fail(error);
 
@@ -247,6 +272,33 @@ int main(int argc, char* argv[])
         if (!network->open(error))
             return fail(error);
         session.addLink(network.get());
+    }
+    std::unique_ptr<host_http_link_t> window;
+    if (parser.isSet(http)) {
+        QString const folder = QFileInfo(parser.value(data)).absoluteFilePath();
+        QString const roleName = parser.value(role);
+        host_mqtt_link_t const* const broker = network.get();
+        QString const brokerAddress = parser.value(mqtt);
+        window = std::make_unique<host_http_link_t>(inspector, &database, [=] {
+            QJsonObject state{{QStringLiteral("role"), roleName},
+                              {QStringLiteral("data"), folder},
+                              {QStringLiteral("saves"), host_http_link_t::savesStatus()},
+                              {QStringLiteral("journal"), host_http_link_t::journalStatus()}};
+            state.insert(QStringLiteral("broker"),
+                         broker ? QJsonValue(QJsonObject{{QStringLiteral("address"), brokerAddress},
+                                                         {QStringLiteral("connected"), broker->connected()},
+                                                         {QStringLiteral("in_step"), broker->inStep()}})
+                                : QJsonValue(QJsonValue::Null));
+            return state;
+        });
+        if (!window->listen(error))
+            return fail(error);
+        std::fprintf(stderr, "dbhost: inspector at http://%s:%d/\n",
+                     qPrintable(inspector.address.protocol() == QAbstractSocket::IPv6Protocol
+                                    ? QLatin1Char('[') + inspector.address.toString() + QLatin1Char(']')
+                                    : inspector.address.toString()),
+                     int(window->port()));
+        session.addLink(window.get());
     }
     session.restoreRecords(records);
     // The first run leaves the factory database in the folder; after a
