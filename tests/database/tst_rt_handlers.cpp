@@ -213,10 +213,11 @@ private Q_SLOTS:
         status("thermo/objects_list/T/thermo", QJsonObject{{"setpoint", 21.5}, {"mode", 2}});
         QVERIFY(thermo()->getObjects().contains("T"));
         QCOMPARE(thermo()->getObjects().value("T")->getThermo()->getSetpoint(), 21.5f);
-        // A null half clears that half only.
+        // An empty half makes that half a new one (mode 4), the other stays.
         status("thermo/objects_list/T/hydro", QJsonObject{{"set", 45}});
         status("thermo/objects_list/T/thermo", QJsonObject());
-        QCOMPARE(thermo()->getObjects().value("T")->getThermo()->getOperationMode(), 1);
+        QCOMPARE(thermo()->getObjects().value("T")->getThermo()->getOperationMode(), 4);
+        QCOMPARE(thermo()->getObjects().value("T")->getThermo()->getSetpoint(), 0.0f);
         QCOMPARE(thermo()->getObjects().value("T")->getHydro()->getSetpoint(), 45.0f);
         // The whole thermostat with an empty payload goes.
         status("thermo/objects_list/T", QJsonObject());

@@ -192,6 +192,27 @@ private Q_SLOTS:
                     .contains("L1"));
     }
 
+    // Installed and packaged binaries too: log lines name the source by its
+    // path in the tree, never by the build machine's folders.
+    void logLinesNameSourcesByTheirPathInTheTree()
+    {
+        QTemporaryDir dir;
+        run_t const run = runHost(dir.filePath("data"), itemLine("L1", "Lamp"), {"--log-level", "6"});
+        QCOMPARE(run.exitCode, 0);
+        static QRegularExpression const place(QStringLiteral(R"(\(([^()]+):(\d+)\)$)"),
+                                              QRegularExpression::MultilineOption);
+        QStringList files;
+        for (auto it = place.globalMatch(run.errors); it.hasNext();)
+            files.append(it.next().captured(1));
+        files.removeDuplicates();
+        QVERIFY2(!files.filter(QRegularExpression("^database/.+\\.cpp$")).isEmpty(), qPrintable(run.errors));
+        for (QString const& file : std::as_const(files)) {
+            QVERIFY2(QDir::isRelativePath(file), qPrintable(file));
+            QVERIFY2(QFileInfo::exists(QStringLiteral(SOURCE_TREE "/") + file), qPrintable(file));
+        }
+        QVERIFY(!run.errors.contains(QStringLiteral(SOURCE_TREE)));
+    }
+
     void liveValueIsSavedAndRecoveredFromABackup()
     {
         QTemporaryDir dir;

@@ -210,14 +210,16 @@ private Q_SLOTS:
                  (QJsonObject{{"topic", "thermo/objects_list/T1"}, {"payload", stored->toJson()}}));
     }
 
-    void nullPartResetsOnlyThatPart_data()
+    void nullPartStartsThatPartAfresh_data()
     {
         QTest::addColumn<bool>("hydro");
-        QTest::newRow("thermo") << false;
-        QTest::newRow("hydro") << true;
+        QTest::newRow("room control") << false;
+        QTest::newRow("hydronic control") << true;
     }
 
-    void nullPartResetsOnlyThatPart()
+    // Unlike a part's own update(null), which leaves the room control in mode
+    // 1, a null part given to the section is a new part: mode 4 on both halves.
+    void nullPartStartsThatPartAfresh()
     {
         QFETCH(bool, hydro);
         QScopedPointer<rt_object_thermostat_t> source(makeThermostat());
@@ -231,14 +233,29 @@ private Q_SLOTS:
 
         QCOMPARE(section->getObjects().value("T1"), stored);
         QCOMPARE(stored->getWin_open(), true);
-        // Cleared: the room control to the mode 1, the hydronic one to 4.
-        QCOMPARE(stored->getThermo()->getOperationMode(), hydro ? 2 : 1);
-        QCOMPARE(stored->getHydro()->getOperationMode(), hydro ? 4 : 2);
-        QCOMPARE(stored->getThermo()->getActualTemp(), hydro ? 20.5f : 0.0f);
-        QCOMPARE(stored->getHydro()->getActual(), hydro ? 0.0f : 50.5f);
+        if (hydro) {
+            QVERIFY(*stored->getHydro() == rt_object_hydro_t());
+            QCOMPARE(stored->getThermo()->getActualTemp(), 20.5f);
+        } else {
+            QVERIFY(*stored->getThermo() == rt_object_thermo_t());
+            QCOMPARE(stored->getThermo()->getOperationMode(), 4);
+            QCOMPARE(stored->getHydro()->getActual(), 50.5f);
+        }
         drainEvents();
         QCOMPARE(engine->updated.size(), 1);
         QCOMPARE(engine->updated.first().value("payload").toObject(), stored->toJson());
+
+        // The fresh part keeps its own topic and one connection to the engine.
+        engine->clear();
+        if (hydro)
+            stored->getHydro()->requestSetOperationMode(3);
+        else
+            stored->getThermo()->requestSetOperationMode(3);
+        drainEvents();
+        QString const half = hydro ? QStringLiteral("hydro") : QStringLiteral("thermo");
+        QCOMPARE(engine->requests.size(), 1);
+        QCOMPARE(engine->requests.first().value("topic").toString(),
+                 "request/DB/realtime/thermo/objects_list/T1/" + half + "/mode");
     }
 
     void nullPartOnUnknownKeyOnlyPublishesNull()

@@ -4,10 +4,13 @@
 #include <QDir>
 #include <QFile>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QStandardPaths>
 #include <QString>
 #include <QStringList>
 #include <QThread>
+
+#include <memory>
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
@@ -19,6 +22,8 @@
  * from examples/mqtt (password file, ACL, optionally the TLS listener) on
  * free loopback ports. Users: server, driver, client. TLS certificates (a CA,
  * the broker's for 127.0.0.1, one for the clients) are made by openssl.
+ * Before its first start a broker can take other users and ACL (installations
+ * sharing it), let a bridge in, or be bridged to another broker.
  */
 class mqtt_broker_t
 {
@@ -68,6 +73,22 @@ public:
         }
     }
 
+    /// Before the first start: these users and this ACL instead of the installation's.
+    void setAccess(QStringList const& names, QByteArray const& acl)
+    {
+        users = names;
+        customAcl = acl;
+    }
+
+    /// Before the first start: lets a bridge in, with the user "bridge" and
+    /// examples/mqtt/bridge.acl added to the ACL.
+    void acceptBridge() { bridgeUser = true; }
+
+    /// Before the first start: bridged to main (started, and accepting a
+    /// bridge) by examples/mqtt/bridge.conf, as it stands but for the address
+    /// and the password.
+    void bridgeTo(mqtt_broker_t const& main) { bridgedPort = main.port(); }
+
     /// The port the hosts use: the TLS one when there is TLS.
     int port() const { return useTls ? tlsPort : plainPort; }
 
@@ -86,14 +107,26 @@ public:
     /// extra takes more of its options (-D for properties, -i for the id).
     bool publish(QString const& user, QString const& topic, QByteArray const& body, QStringList const& extra = {})
     {
-        QStringList arguments{"-h", "127.0.0.1", "-p", QString::number(port()), "-V", "5", "-q", "1",
-                              "-u", user, "-P", password(user), "-t", topic, "-m", QString::fromUtf8(body)};
-        if (useTls)
-            arguments << "--cafile" << dir.filePath("ca.crt") << "--cert" << dir.filePath("client.crt") << "--key"
-                      << dir.filePath("client.key");
         QProcess tool;
-        tool.start(executable("mosquitto_pub"), arguments + extra);
+        tool.start(executable("mosquitto_pub"),
+                   toolArguments(user) + QStringList{"-t", topic, "-m", QString::fromUtf8(body)} + extra);
         return tool.waitForFinished(10000) && tool.exitStatus() == QProcess::NormalExit;
+    }
+
+    /// A mosquitto_sub, ended when it goes.
+    using subscriber_t = std::unique_ptr<QProcess, void (*)(QProcess*)>;
+
+    /// mosquitto_sub as a user on a topic filter, printing "topic body" lines.
+    subscriber_t subscribe(QString const& user, QString const& filter) const
+    {
+        subscriber_t tool(new QProcess, [](QProcess* process) {
+            process->kill();
+            process->waitForFinished(5000);
+            delete process;
+        });
+        tool->start(executable("mosquitto_sub"), toolArguments(user) + QStringList{"-t", filter, "-v"});
+        tool->waitForStarted(5000);
+        return tool;
     }
 
     QString log() const { return QString::fromUtf8(readAll(dir.filePath("broker.log"))); }
@@ -106,6 +139,17 @@ public:
 
 private:
     static QString password(QString const& user) { return user + "-secret"; }
+
+    /// The options of mosquitto_pub and mosquitto_sub for a user, at QoS 1 with MQTT 5.
+    QStringList toolArguments(QString const& user) const
+    {
+        QStringList arguments{"-h", "127.0.0.1", "-p", QString::number(port()), "-V", "5", "-q", "1",
+                              "-u", user, "-P", password(user)};
+        if (useTls)
+            arguments << "--cafile" << dir.filePath("ca.crt") << "--cert" << dir.filePath("client.crt") << "--key"
+                      << dir.filePath("client.key");
+        return arguments;
+    }
 
     static int freePort()
     {
@@ -178,7 +222,7 @@ private:
     {
         QString const examples = MQTT_EXAMPLES;
         QByteArray config = readAll(examples + "/mosquitto.conf");
-        QByteArray const acl = readAll(examples + "/acl");
+        QByteArray acl = customAcl.isNull() ? readAll(examples + "/acl") : customAcl;
         if (config.isEmpty() || acl.isEmpty()) {
             why = "no broker configuration in " + examples;
             return false;
@@ -198,11 +242,25 @@ private:
         // read a test's private folder.
         if (::geteuid() == 0)
             config += "user root\n";
+        QStringList names = users;
+        if (bridgeUser) {
+            acl += '\n' + readAll(examples + "/bridge.acl");
+            names << "bridge";
+        }
+        // Last: what follows a bridge's "connection" line is the bridge's.
+        if (bridgedPort != 0) {
+            QString bridge = QString::fromUtf8(readAll(examples + "/bridge.conf"));
+            bridge.replace(QRegularExpression("^address .*$", QRegularExpression::MultilineOption),
+                           QStringLiteral("address 127.0.0.1:%1").arg(bridgedPort));
+            bridge.replace(QRegularExpression("^remote_password .*$", QRegularExpression::MultilineOption),
+                           "remote_password " + password("bridge"));
+            config += '\n' + bridge.toUtf8();
+        }
         if (!write("mosquitto.conf", config) || !write("acl", acl) || !write("passwd", QByteArray())) {
             why = "cannot write the broker's files";
             return false;
         }
-        for (QString const user : {"server", "driver", "client"}) {
+        for (QString const& user : std::as_const(names)) {
             if (!run("mosquitto_passwd", {"-b", "passwd", user, password(user)})
                 || !write(user + ".password", password(user).toUtf8() + '\n')) {
                 why = "mosquitto_passwd failed";
@@ -213,6 +271,10 @@ private:
     }
 
     QDir dir;
+    QStringList users{"server", "driver", "client"};
+    QByteArray customAcl;
+    bool bridgeUser = false;
+    int bridgedPort = 0;
     bool useTls = false;
     int plainPort = 0;
     int tlsPort = 0;

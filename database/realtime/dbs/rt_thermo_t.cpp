@@ -44,12 +44,17 @@ void rt_thermo_t::updatePart(QString const& key, Part* object, bool _notify,
             objects.insert(key, thermostat);
         }
         (thermostat->*apply)(object, false);
-    } else if (thermostat) {
-        // Only this part is cleared, as its own update(null) does; the thermostat stays.
-        (thermostat->*apply)(nullptr, false);
-    }
-    if (thermostat)
         thermostat->initRequestSignals(objects.getReceiver(), true);
+    } else if (thermostat) {
+        // A null part starts that part afresh: a new part's values (the room
+        // control's mode 4), not those of a part's own update(null), which
+        // clears the room control to mode 1. The thermostat stays, silent
+        // while it changes.
+        Part const fresh(nullptr);
+        thermostat->initRequestSignals(objects.getReceiver(), false);
+        (thermostat->*apply)(&fresh, false);
+        thermostat->initRequestSignals(objects.getReceiver(), true);
+    }
     if (_notify)
         send_update(key);
 }
