@@ -1,4 +1,5 @@
 #include "host_http_link_t.h"
+#include "host_mqtt_link_t.h"
 
 #include <QDateTime>
 #include <QFile>
@@ -37,16 +38,6 @@ constexpr qsizetype headBytes = 16 * 1024;
 
 QString const feedPath = QStringLiteral("/feed");
 
-QByteArray compact(QJsonValue const& value)
-{
-    if (value.isObject())
-        return QJsonDocument(value.toObject()).toJson(QJsonDocument::Compact);
-    if (value.isArray())
-        return QJsonDocument(value.toArray()).toJson(QJsonDocument::Compact);
-    // A document holds no bare value: write it in an array and drop the brackets.
-    QByteArray const text = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
-    return text.mid(1, text.size() - 2);
-}
 
 /// The lines that standard output writes for these changes, byte for byte
 /// (the members in the order QJsonObject keeps them).
@@ -56,16 +47,16 @@ QByteArray changeLines(std::vector<host_http_link_t::change_t> const& changes)
     for (auto const& change : changes) {
         lines += "{\"event\":\"change\",";
         if (!change.key.isNull())
-            lines += "\"key\":" + compact(change.key) + ',';
+            lines += "\"key\":" + host_mqtt_link_t::encode(change.key) + ',';
         lines += "\"packet\":" + QJsonDocument(change.packet).toJson(QJsonDocument::Compact);
-        lines += ",\"signal\":" + compact(change.signal) + "}\n";
+        lines += ",\"signal\":" + host_mqtt_link_t::encode(change.signal) + "}\n";
     }
     return lines;
 }
 
 QHttpServerResponse json(QJsonValue const& value, status_code code = status_code::Ok)
 {
-    return QHttpServerResponse(QByteArrayLiteral("application/json"), compact(value), code);
+    return QHttpServerResponse(QByteArrayLiteral("application/json"), host_mqtt_link_t::encode(value), code);
 }
 
 QHttpServerResponse problem(status_code code, QString const& message)

@@ -18,29 +18,8 @@ namespace {
 
 QStringList const databases{"persistent", "realtime", "presencesimulation"};
 
-QJsonObject readJson(QString const& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object() : QJsonObject();
-}
 
-/// The keys of the items in a host's saved configuration.
-QStringList itemKeys(dbhost_process_t const& host)
-{
-    QJsonObject const items = readJson(host.folder() + "/persistent.json").value("items").toObject();
-    return items.value("objects_list").toObject().keys();
-}
 
-QString liveValue(dbhost_process_t const& host, QString const& key)
-{
-    QString value;
-    for (auto const& line : host.lines) {
-        if (line.json.value("signal").toString() == QLatin1String("onRealtimeChangeItem")
-            && line.json.value("key").toString() == key)
-            value = line.json.value("packet").toObject().value("payload").toObject().value("value").toString();
-    }
-    return value;
-}
 
 /// A broker, a server and clients named by their client id, each a real process.
 struct installation_t {

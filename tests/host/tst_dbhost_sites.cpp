@@ -56,28 +56,8 @@ QStringList sitesUsers(QStringList const& sites)
     return users;
 }
 
-QJsonObject readJson(QString const& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object() : QJsonObject();
-}
 
-QStringList itemKeys(dbhost_process_t const& host)
-{
-    QJsonObject const items = readJson(host.folder() + "/persistent.json").value("items").toObject();
-    return items.value("objects_list").toObject().keys();
-}
 
-QString liveValue(dbhost_process_t const& host, QString const& key)
-{
-    QString value;
-    for (auto const& line : host.lines) {
-        if (line.json.value("signal").toString() == QLatin1String("onRealtimeChangeItem")
-            && line.json.value("key").toString() == key)
-            value = line.json.value("packet").toObject().value("payload").toObject().value("value").toString();
-    }
-    return value;
-}
 
 /// One installation: a server and clients by client id, each a real process
 /// on a broker of its own choosing, all under the same topic prefix.

@@ -146,4 +146,30 @@ private:
     QElapsedTimer clock;
 };
 
+/// A saved database file as JSON; empty when it can't be read.
+inline QJsonObject readJson(QString const& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object() : QJsonObject();
+}
+
+/// The keys of the items in a host's saved configuration.
+inline QStringList itemKeys(dbhost_process_t const& host)
+{
+    QJsonObject const items = readJson(host.folder() + "/persistent.json").value("items").toObject();
+    return items.value("objects_list").toObject().keys();
+}
+
+/// The last live value of an item that a host printed.
+inline QString liveValue(dbhost_process_t const& host, QString const& key)
+{
+    QString value;
+    for (auto const& line : host.lines) {
+        if (line.json.value("signal").toString() == QLatin1String("onRealtimeChangeItem")
+            && line.json.value("key").toString() == key)
+            value = line.json.value("packet").toObject().value("payload").toObject().value("value").toString();
+    }
+    return value;
+}
+
 #endif // TESTS_SUPPORT_DBHOST_PROCESS_H
