@@ -35,6 +35,7 @@ QByteArray sitesAcl(QStringList const& sites)
                "topic read " + p + "/status/DB/realtime/#\n"
                "topic read " + p + "/dbhost/sync/hashes/+\n"
                "topic write " + p + "/dbhost/sync/sections/+\n"
+               "topic write " + p + "/dbhost/sync/applied/+\n"
                "topic readwrite " + p + "/dbhost/sync/server\n\n"
                "user " + p + "-driver\n"
                "topic write " + p + "/status/DB/realtime/#\n"
@@ -45,7 +46,8 @@ QByteArray sitesAcl(QStringList const& sites)
                "topic read " + p + "/dbhost/sync/server\n\n";
     }
     return acl + "pattern write %u/dbhost/sync/hashes/%c\n"
-                 "pattern read %u/dbhost/sync/sections/%c\n";
+                 "pattern read %u/dbhost/sync/sections/%c\n"
+                 "pattern read %u/dbhost/sync/applied/%c\n";
 }
 
 QStringList sitesUsers(QStringList const& sites)
