@@ -48,8 +48,8 @@ ensure_packages() {
     DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -q --no-install-recommends "${missing[@]}"
 }
 
-# The prefix /usr gives Debian's multiarch library folder and the paths the
-# packages need; a plain `cmake --install` wants --prefix (or DESTDIR) then.
+# The prefix /usr gives a plain `cmake --install` the packages' layout (the
+# packages have it whatever the prefix); it wants --prefix (or DESTDIR) then.
 configure() {
     if [ ! -f "$build_dir/build.ninja" ]; then
         cmake -S "$here" -B "$build_dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_INSTALL_PREFIX=/usr

@@ -7,7 +7,7 @@
 #   package_check.sh <build folder> <source folder>
 set -euo pipefail
 build_dir="$1"
-source_dir="$2"
+source_dir="$(cd "$2" && pwd)"
 work="$(mktemp -d)"
 host_pid=""
 cleanup() {
@@ -166,7 +166,10 @@ if readelf -d "$root/usr/bin/dbhost" | grep -Eq 'RPATH|RUNPATH'; then
     fail "dbhost: the packaged binary keeps a run path"
 fi
 grep -qx 'prefix=/usr' "$root/$libdir/pkgconfig/database.pc" ||
-    fail "database.pc: prefix is not /usr (build configured with another CMAKE_INSTALL_PREFIX?)"
+    fail "database.pc: prefix is not /usr"
+# Log lines name sources by their path in the tree, not the build machine's.
+leaks="$(grep -rlF "$source_dir/" "$root/usr/bin" "$root/$libdir" || true)"
+[ -z "$leaks" ] || fail "the build machine's source folder $source_dir is named in: $leaks"
 
 # -- The unit and the system user.
 unit="$root/usr/lib/systemd/system/dbhost.service"
