@@ -1,12 +1,14 @@
 // The road of a request between processes: a client's request through the
 // broker to the server, applied there, and its status back to the client
 // until the client's change signal; with 1,000 items in the database. A
-// broker, a server and a client run as real processes on loopback.
+// broker, a server and a client run as real processes on loopback; then the
+// same for a client of a second broker bridged to the server's.
 
 #include <QTemporaryDir>
 #include <QtTest>
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 #include "support/dbhost_packets.h"
@@ -49,6 +51,26 @@ private:
     dbhost_process_t const& host;
     qsizetype next = 0;
 };
+
+/// One request at a time from a client, timed until its change signal there.
+bool timeOneRequest(dbhost_process_t& client, QString const& id, QString const& name, std::vector<double>& into)
+{
+    change_finder_t change(client);
+    qint64 const sent = client.now();
+    client.send(itemLine(id, name));
+    qsizetype found = -1;
+    if (!client.waitFor([&] { return (found = change.find(id, name)) >= 0; }, 10000))
+        return false;
+    into.push_back(double(client.lines.at(found).nanoseconds - sent) / 1e6);
+    return true;
+}
+
+/// Median and 99th percentile, in that order.
+std::pair<double, double> spread(std::vector<double> latencies)
+{
+    std::sort(latencies.begin(), latencies.end());
+    return {latencies.at(latencies.size() / 2), latencies.at(latencies.size() * 99 / 100)};
+}
 
 } // namespace
 
@@ -94,19 +116,9 @@ private Q_SLOTS:
 
         // Latency: one request at a time, from the client's request to its change signal.
         std::vector<double> latencies;
-        for (int i = 0; i < 500; ++i) {
-            QString const id = key((i * 7) % items);
-            QString const name = QStringLiteral("single %1").arg(i);
-            change_finder_t change(client);
-            qint64 const sent = client.now();
-            client.send(itemLine(id, name));
-            qsizetype found = -1;
-            QVERIFY(client.waitFor([&] { return (found = change.find(id, name)) >= 0; }, 10000));
-            latencies.push_back(double(client.lines.at(found).nanoseconds - sent) / 1e6);
-        }
-        std::sort(latencies.begin(), latencies.end());
-        double const median = latencies.at(latencies.size() / 2);
-        double const p99 = latencies.at(latencies.size() * 99 / 100);
+        for (int i = 0; i < 500; ++i)
+            QVERIFY(timeOneRequest(client, key((i * 7) % items), QStringLiteral("single %1").arg(i), latencies));
+        auto const [median, p99] = spread(latencies);
 
         std::printf("bench_mqtt: %d items; request to change signal: median %.2f ms, 99th percentile %.2f ms "
                     "(%zu requests one at a time)\n",
@@ -116,6 +128,56 @@ private Q_SLOTS:
                     perSecond, 2 * items, seconds);
         QVERIFY(server.terminate());
         QVERIFY(client.terminate());
+    }
+
+    // The same road from a client of a second broker bridged to the server's
+    // (examples/mqtt/bridge.conf), against a client of the server's broker in
+    // the same run, their requests taking turns.
+    void requestToChangeSignalAcrossABridge()
+    {
+        if (mqtt_broker_t::executable("mosquitto").isEmpty())
+            QSKIP("mosquitto is missing: ./dev.sh installs it");
+        QTemporaryDir dir;
+        QDir(dir.path()).mkpath("main");
+        QDir(dir.path()).mkpath("far");
+        mqtt_broker_t main(dir.filePath("main"), false);
+        main.acceptBridge();
+        QString why;
+        QVERIFY2(main.start(why), qPrintable(why));
+        mqtt_broker_t far(dir.filePath("far"), false);
+        far.bridgeTo(main);
+        QVERIFY2(far.start(why), qPrintable(why));
+        dbhost_process_t server(dir.filePath("server"));
+        server.start(QStringList{"--role", "server"} + main.hostArguments("server"));
+        dbhost_process_t near(dir.filePath("near"));
+        near.start(QStringList{"--role", "client", "--mqtt-client-id", "near"} + main.hostArguments("client"));
+        dbhost_process_t remote(dir.filePath("far"));
+        remote.start(QStringList{"--role", "client", "--mqtt-client-id", "far"} + far.hostArguments("client"));
+        for (dbhost_process_t* client : {&near, &remote})
+            QVERIFY2(QTest::qWaitFor([&] { return client->errors.contains("in step with the server"); }, 20000),
+                     qPrintable(client->errors + server.errors));
+
+        for (int n = 0; n < items; ++n)
+            near.send(itemLine(key(n), "first"));
+        QVERIFY(QTest::qWaitFor([&] { return remote.changes("onPersistentChangeItem") >= items; }, 120000));
+        QTest::qWait(2500);
+
+        std::vector<double> nearLatencies;
+        std::vector<double> farLatencies;
+        for (int i = 0; i < 500; ++i) {
+            QString const name = QStringLiteral("single %1").arg(i);
+            QVERIFY(timeOneRequest(near, key((i * 7) % items), name, nearLatencies));
+            QVERIFY(timeOneRequest(remote, key((i * 11 + 3) % items), name, farLatencies));
+        }
+        auto const [nearMedian, nearP99] = spread(nearLatencies);
+        auto const [farMedian, farP99] = spread(farLatencies);
+        std::printf("bench_mqtt: %d items; request to change signal, a client of the server's broker: median %.2f ms, "
+                    "99th percentile %.2f ms; a client of the bridged broker: median %.2f ms, 99th percentile "
+                    "%.2f ms (%zu requests each, taking turns)\n",
+                    items, nearMedian, nearP99, farMedian, farP99, farLatencies.size());
+        QVERIFY(server.terminate());
+        QVERIFY(near.terminate());
+        QVERIFY(remote.terminate());
     }
 };
 
