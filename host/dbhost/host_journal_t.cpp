@@ -1,6 +1,7 @@
 #include "host_journal_t.h"
 
 #include <QCryptographicHash>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
@@ -10,6 +11,8 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include <utility>
 
 #include "host_store_t.h"
 
@@ -216,29 +219,69 @@ void host_journal_t::append(QJsonObject const& entry)
     ++bufferedEntries;
 }
 
+host_journal_t::batch_t host_journal_t::takeBatch()
+{
+    batch_t batch;
+    batch.journal = this;
+    batch.fd = fd;
+    batch.offset = durable;
+    batch.cutFirst = std::exchange(dirtyTail, false);
+    batch.bytes = std::exchange(buffer, QByteArray());
+    batch.entries = std::exchange(bufferedEntries, 0);
+    takenEntries += batch.entries;
+    return batch;
+}
+
+void host_journal_t::writeBatch(batch_t& batch)
+{
+    batch.written = false;
+    if (batch.bytes.isEmpty()) {
+        batch.written = true;
+        return;
+    }
+    if (batch.fd < 0) {
+        batch.error = QStringLiteral("is not open");
+        return;
+    }
+    QElapsedTimer took;
+    took.start();
+    if (batch.cutFirst && ::ftruncate(batch.fd, batch.offset) != 0) {
+        batch.error = systemError();
+        return;
+    }
+    if (!writeAll(batch.fd, batch.bytes, batch.offset) || ::fdatasync(batch.fd) != 0) {
+        batch.error = systemError();
+        return;
+    }
+    batch.nanoseconds = took.nsecsElapsed();
+    batch.written = true;
+}
+
+void host_journal_t::settle(batch_t& batch)
+{
+    takenEntries -= batch.entries;
+    if (batch.written) {
+        durable += batch.bytes.size();
+        durableEntries += batch.entries;
+        return;
+    }
+    // Written again by the next commit, in the same order, after cutting
+    // whatever part of it reached the file.
+    buffer.prepend(batch.bytes);
+    bufferedEntries += batch.entries;
+    dirtyTail = true;
+    batch.error = QStringLiteral("cannot write the journal ") + filePath + QStringLiteral(": ") + batch.error;
+}
+
 bool host_journal_t::commit(QString& error)
 {
     if (buffer.isEmpty())
         return true;
-    if (fd < 0) {
-        error = QStringLiteral("the journal ") + filePath + QStringLiteral(" is not open");
-        return false;
-    }
-    if (dirtyTail && ::ftruncate(fd, durable) != 0) {
-        error = QStringLiteral("cannot write the journal ") + filePath + QStringLiteral(": ") + systemError();
-        return false;
-    }
-    dirtyTail = false;
-    if (!writeAll(fd, buffer, durable) || ::fdatasync(fd) != 0) {
-        error = QStringLiteral("cannot write the journal ") + filePath + QStringLiteral(": ") + systemError();
-        dirtyTail = true;
-        return false;
-    }
-    durable += buffer.size();
-    durableEntries += bufferedEntries;
-    buffer.clear();
-    bufferedEntries = 0;
-    return true;
+    batch_t batch = takeBatch();
+    writeBatch(batch);
+    settle(batch);
+    error = batch.error;
+    return batch.written;
 }
 
 bool host_journal_t::prepareNext(QByteArray const& follows, QList<QJsonObject> const& carried, QString& error)

@@ -45,12 +45,36 @@ public:
     /// The entries a start would replay, touching nothing.
     static QList<QJsonObject> inspect(QString const& path, QByteArray const& follows, QStringList& notes);
 
+    /// What one commit writes to one journal. Taken from the journal on its
+    /// owner's thread, written on any thread (nothing but system calls on
+    /// the descriptor), handed back to the journal on its owner's thread.
+    struct batch_t {
+        host_journal_t* journal = nullptr;
+        int fd = -1;
+        qint64 offset = 0;
+        /// A write that failed may have left bytes past the durable end.
+        bool cutFirst = false;
+        QByteArray bytes;
+        int entries = 0;
+        bool written = false;
+        QString error;
+        qint64 nanoseconds = 0;
+    };
+
     /// Buffers an entry; it is written by the next commit.
     void append(QJsonObject const& entry);
     bool pending() const { return !buffer.isEmpty(); }
-    int pendingCount() const { return bufferedEntries; }
-    /// Writes what is buffered and waits for the disk (fdatasync); false
-    /// with the reason when it could not, and then the entries stay buffered.
+    /// Entries not yet durable: buffered, or taken by a commit still under way.
+    int pendingCount() const { return bufferedEntries + takenEntries; }
+    /// Takes what is buffered for a commit; until settle(), nothing else may
+    /// write to the journal (saves wait for the commit first).
+    batch_t takeBatch();
+    /// Writes the batch and waits for the disk (fdatasync).
+    static void writeBatch(batch_t& batch);
+    /// The batch's outcome: durable, or back in front of the buffer.
+    void settle(batch_t& batch);
+    /// takeBatch(), writeBatch() and settle() in one go; false with the
+    /// reason when it could not, and then the entries stay buffered.
     bool commit(QString& error);
     /// Bytes on disk, header included.
     qint64 size() const { return durable; }
@@ -88,6 +112,7 @@ private:
     qint64 nextCarried = 0;
     QByteArray buffer;
     int bufferedEntries = 0;
+    int takenEntries = 0;
     /// A failed write may have left bytes past the durable end: cut before the next.
     bool dirtyTail = false;
 };

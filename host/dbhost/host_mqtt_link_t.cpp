@@ -275,21 +275,24 @@ void host_mqtt_link_t::acknowledge(QString const& id, QString const& replyTo)
     quint64 sequence = 0;
     if (replyTo.isEmpty() || !splitId(id, instance, sequence))
         return;
-    acknowledgements[replyTo].insert(instance);
-    if (acknowledging)
-        return;
-    acknowledging = true;
-    // Only once the journal holds the request's changes does the client let go of it.
-    whenDurable([this] { sendAcknowledgements(); });
+    // Only once the journal holds the request's changes does the client let
+    // go of it: the watermark of now is told after the commit that holds
+    // what it covers; the ones of a commit go out together, on flushOutput().
+    quint64 const upTo = applied.value(instance).upTo;
+    whenDurable([this, replyTo, instance, upTo] {
+        quint64& told = acknowledgements[replyTo][instance];
+        told = qMax(told, upTo);
+    });
 }
 
-void host_mqtt_link_t::sendAcknowledgements()
+void host_mqtt_link_t::flushOutput()
 {
-    acknowledging = false;
-    for (auto it = acknowledgements.begin(); it != acknowledgements.end(); ++it) {
+    if (acknowledgements.isEmpty())
+        return;
+    for (auto it = acknowledgements.cbegin(); it != acknowledgements.cend(); ++it) {
         QJsonObject body;
-        for (QString const& instance : std::as_const(it.value()))
-            body.insert(instance, QString::number(applied.value(instance).upTo));
+        for (auto instance = it.value().cbegin(); instance != it.value().cend(); ++instance)
+            body.insert(instance.key(), QString::number(instance.value()));
         if (client.isConnected())
             client.publish(prefix + appliedTopic + it.key(), encode(body));
     }

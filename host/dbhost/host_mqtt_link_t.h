@@ -50,6 +50,8 @@ public:
     void start() override;
     void stop() override;
     void forwardRequest(QJsonObject const& packet) override;
+    /// Server: the acknowledgements of the reports just released, one message per client.
+    void flushOutput() override;
     void reportChange(QString const& database, QString const& signal, QString const& key,
                       QJsonObject const& packet) override;
     void reportProblem(QString const& event, QJsonObject const& packet, QString const& message) override;
@@ -102,7 +104,6 @@ private:
     /// Server: true the first time a request id is seen; notes it applied.
     bool markApplied(QString const& id);
     void acknowledge(QString const& id, QString const& replyTo);
-    void sendAcknowledgements();
     /// Client: sends its hashes, because the server is (back) online or
     /// because the status has been quiet for a while.
     void askForSections(bool online);
@@ -128,9 +129,9 @@ private:
     /// instance, the oldest instances first.
     QHash<QString, applied_t> applied;
     std::deque<QString> instances;
-    /// Server: acknowledgements due after the next commit, by client id.
-    QHash<QString, QSet<QString>> acknowledgements;
-    bool acknowledging = false;
+    /// Server: the watermarks to acknowledge, by client id and instance, of
+    /// the commits released since the last flushOutput().
+    QHash<QString, QHash<QString, quint64>> acknowledgements;
     /// Messages that came while input was held, in order.
     QList<message_t> heldMessages;
     bool inputHeld = false;

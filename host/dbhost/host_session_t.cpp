@@ -55,6 +55,7 @@ host_session_t::host_session_t(database::database_t* _database, host_store_t* pe
                                host_store_t* realtimeStore, host_store_t* presenceStore, QObject* parent)
     : QObject(parent)
     , database(_database)
+    , committer(new host_committer_t(this))
 {
     database::persistent::persistent_t* persistent = database->getPersistent();
     connect(persistent, &database::persistent::persistent_t::onPersistentRequest, this, &host_session_t::onRequest);
@@ -99,7 +100,8 @@ host_session_t::host_session_t(database::database_t* _database, host_store_t* pe
     commitTimer.setSingleShot(true);
     connect(&commitTimer, &QTimer::timeout, this, &host_session_t::commit);
     commitRetry.setSingleShot(true);
-    connect(&commitRetry, &QTimer::timeout, this, [this] { commitJournals(true); });
+    connect(&commitRetry, &QTimer::timeout, this, [this] { startCommit(true, false); });
+    connect(committer, &host_committer_t::written, this, [this] { completeCommit(committer->take(), true); });
     quiet.setSingleShot(true);
     quiet.setInterval(quietBeforeSave);
     connect(&quiet, &QTimer::timeout, this, [this] {
@@ -255,7 +257,7 @@ bool host_session_t::routeCommand(QJsonObject const& packet)
 
 void host_session_t::deliver(std::function<void()> output)
 {
-    if (held.empty() && !journalsPending()) {
+    if (held.empty() && !committer->busy() && !journalsPending()) {
         output();
         for (host_link_t* link : std::as_const(links))
             link->flushOutput();
@@ -279,7 +281,7 @@ void host_session_t::armCommit()
     if (journalFailing)
         return;
     if (held.size() >= mostHeld) {
-        commit();
+        commitNow();
         return;
     }
     if (!commitTimer.isActive())
@@ -288,68 +290,123 @@ void host_session_t::armCommit()
 
 void host_session_t::commit()
 {
-    commitJournals(false);
+    startCommit(false, false);
 }
 
-void host_session_t::commitJournals(bool retrying)
+void host_session_t::commitNow()
 {
-    if (committing || (!journalsPending() && held.empty()))
+    startCommit(false, true);
+}
+
+void host_session_t::startCommit(bool retrying, bool wait)
+{
+    if (completing)
+        return;
+    if (committer->busy()) {
+        // The commit under way starts the next one when it ends.
+        if (!wait)
+            return;
+        completeCommit(committer->wait(), false);
+    }
+    if (!journalsPending() && held.empty())
         return;
     // While the disk refuses, only the retry timer tries again.
     if (journalFailing && !retrying && !finished)
         return;
-    committing = true;
     commitTimer.stop();
     // The persistent journal goes last: the ids of applied requests in it
     // are durable only once the changes they brought are, in every journal.
+    std::vector<host_journal_t::batch_t> batches;
     for (auto it = files.rbegin(); it != files.rend(); ++it) {
-        saved_file_t& file = *it;
-        host_journal_t& journal = file.store->journal();
-        if (!journal.pending())
+        if (it->store->journal().pending())
+            batches.push_back(it->store->journal().takeBatch());
+    }
+    committed.swap(held);
+    if (wait || batches.empty()) {
+        for (host_journal_t::batch_t& batch : batches)
+            host_journal_t::writeBatch(batch);
+        completeCommit(std::move(batches), !wait);
+        return;
+    }
+    // The loop goes on taking input meanwhile; what it brings waits for the next commit.
+    committer->submit(std::move(batches));
+}
+
+void host_session_t::completeCommit(std::vector<host_journal_t::batch_t> batches, bool chain)
+{
+    completing = true;
+    QString error;
+    host_metrics_t& metrics = host_metrics_t::instance();
+    for (host_journal_t::batch_t& batch : batches) {
+        batch.journal->settle(batch);
+        if (!batch.written) {
+            if (error.isEmpty())
+                error = batch.error;
             continue;
-        QString error;
-        QElapsedTimer took;
-        took.start();
-        bool const written = journal.commit(error);
-        host_metrics_t& metrics = host_metrics_t::instance();
-        host_metrics_t::labels_t const labels{{QStringLiteral("database"), file.database}};
-        metrics.add(QStringLiteral("dbhost_journal_syncs_total"), labels);
-        metrics.observe(QStringLiteral("dbhost_journal_sync_duration_seconds"), labels, double(took.nsecsElapsed()) / 1e9);
-        metrics.set(QStringLiteral("dbhost_journal_bytes"), labels, double(journal.size()));
-        metrics.set(QStringLiteral("dbhost_journal_held_changes"), {}, double(undurable()));
-        if (!written) {
-            committing = false;
-            if (finished)
-                return;
-            commitRetryDelay = commitRetryDelay == 0 ? firstRetryDelay : qMin(2 * commitRetryDelay, lastRetryDelay);
-            std::fprintf(stderr, "dbhost: %s: %d changes held, input stopped; retrying in %g s\n", qPrintable(error),
-                         undurable(), commitRetryDelay / 1000.0);
-            journalFailing = true;
-            holdInput(true);
-            commitRetry.start(commitRetryDelay);
-            return;
         }
+        QString const name = databaseOf(batch.journal);
+        host_metrics_t::labels_t const labels{{QStringLiteral("database"), name}};
+        metrics.add(QStringLiteral("dbhost_journal_syncs_total"), labels);
+        metrics.observe(QStringLiteral("dbhost_journal_sync_duration_seconds"), labels,
+                        double(batch.nanoseconds) / 1e9);
+        metrics.set(QStringLiteral("dbhost_journal_bytes"), labels, double(batch.journal->size()));
     }
-    releaseHeld();
-    committing = false;
-    if (!finished) {
-        quiet.start();
-        compactGrown();
+    if (!error.isEmpty()) {
+        // The reports wait again, before the ones that came meanwhile.
+        std::move(held.begin(), held.end(), std::back_inserter(committed));
+        held.swap(committed);
+        committed.clear();
+        metrics.set(QStringLiteral("dbhost_journal_held_changes"), {}, double(undurable()));
+        completing = false;
+        if (finished)
+            return;
+        commitRetryDelay = commitRetryDelay == 0 ? firstRetryDelay : qMin(2 * commitRetryDelay, lastRetryDelay);
+        std::fprintf(stderr, "dbhost: %s: %d changes held, input stopped; retrying in %g s\n", qPrintable(error),
+                     undurable(), commitRetryDelay / 1000.0);
+        journalFailing = true;
+        holdInput(true);
+        commitRetry.start(commitRetryDelay);
+        return;
     }
+    metrics.set(QStringLiteral("dbhost_journal_held_changes"), {}, double(undurable()));
+    std::deque<std::function<void()>> outputs;
+    outputs.swap(committed);
+    release(std::move(outputs));
+    completing = false;
+    if (finished)
+        return;
+    quiet.start();
+    compactGrown();
+    if (chain && (journalsPending() || !held.empty()))
+        startCommit(false, false);
+}
+
+QString host_session_t::databaseOf(host_journal_t const* journal) const
+{
+    for (saved_file_t const& file : files) {
+        if (&file.store->journal() == journal)
+            return file.database;
+    }
+    return QString();
 }
 
 void host_session_t::releaseHeld()
 {
+    std::deque<std::function<void()>> outputs;
+    outputs.swap(held);
+    release(std::move(outputs));
+}
+
+void host_session_t::release(std::deque<std::function<void()>> outputs)
+{
     if (journalFailing) {
-        std::fprintf(stderr, "dbhost: the journals are written again; %zu held reports go out\n", held.size());
+        std::fprintf(stderr, "dbhost: the journals are written again; %zu held reports go out\n", outputs.size());
         journalFailing = false;
         commitRetryDelay = 0;
         commitRetry.stop();
         holdInput(congestedLinks > 0);
     }
     // Outputs may bring more: those go at once, or wait for the next commit.
-    std::deque<std::function<void()>> outputs;
-    outputs.swap(held);
     for (std::function<void()> const& output : outputs)
         output();
     for (host_link_t* link : std::as_const(links))
@@ -454,7 +511,7 @@ void host_session_t::saveNow()
 bool host_session_t::save(saved_file_t& file)
 {
     // A save starts the journal anew: what waits for the journal goes first.
-    commit();
+    commitNow();
     QString const hash = file.hash();
     QString const name = file.store->currentPath().section(QLatin1Char('/'), -1);
     QString error;
@@ -475,7 +532,7 @@ bool host_session_t::save(saved_file_t& file)
             ++saves;
         }
         // The file holds what its journal couldn't take: the reports may go.
-        if (journalFailing && !journalsPending() && !committing)
+        if (journalFailing && !journalsPending() && !committer->busy())
             releaseHeld();
         if (file.failing)
             std::fprintf(stderr, "dbhost: %s saved again after failed saves\n", qPrintable(name));
@@ -533,14 +590,14 @@ void host_session_t::finish()
     database->getPersistent()->serialize(false);
     database->getRealtime()->serialize(false);
     database->getPresenceSimulation()->serialize(false);
-    commit();
+    commitNow();
     saveNow();
     // Leaving is no time to wait a minute, but a disk that was full a moment
     // ago may have room now: a few quick tries before the changes are given up.
     for (int delay = firstRetryDelay; (unsaved() || journalsPending()) && delay <= 2 * firstRetryDelay; delay *= 2) {
         std::fprintf(stderr, "dbhost: trying the failed saves again in %g s before leaving\n", delay / 1000.0);
         QThread::msleep(static_cast<unsigned long>(delay));
-        commit();
+        startCommit(true, true);
         saveNow();
     }
     // What is still pending is neither in a journal nor in a file.

@@ -14,6 +14,7 @@
 #include <functional>
 #include <vector>
 
+#include "host_committer_t.h"
 #include "host_link_t.h"
 #include "host_store_t.h"
 
@@ -29,7 +30,8 @@ class database_t;
  * Nothing is reported before it is durable: each change goes to the journal
  * of its database, and the reports wait until the journals are on disk. The
  * changes of one turn of the event loop share one write and one sync (group
- * commit, just before the loop waits again). A full save of a database
+ * commit, just before the loop waits again), made on the committer's thread
+ * while the loop takes more input; what comes meanwhile shares the next one. A full save of a database
  * starts its journal anew; it happens when the journal has grown as large as
  * the file, after a quiet spell, and at the end.
  */
@@ -103,9 +105,16 @@ private:
     /// Runs output now when nothing waits for the disk, else after the next commit.
     void deliver(std::function<void()> output);
     bool journalsPending() const;
-    void commitJournals(bool retrying);
+    /// A commit of what waits, on the committer's thread; with wait, here
+    /// and now, after the one under way.
+    void startCommit(bool retrying, bool wait);
+    void commitNow();
+    /// A commit's batches are back: its reports go out, or wait again.
+    void completeCommit(std::vector<host_journal_t::batch_t> batches, bool chain);
+    QString databaseOf(host_journal_t const* journal) const;
     /// The journals are durable: the reports that waited go out, in order.
     void releaseHeld();
+    void release(std::deque<std::function<void()>> outputs);
     void armCommit();
     void holdInput(bool hold);
     void drainEvents();
@@ -119,13 +128,16 @@ private:
     QSocketNotifier* signalNotifier = nullptr;
     /// Reports that wait for their journal entries to be durable, in order.
     std::deque<std::function<void()>> held;
+    /// The reports of the commit under way.
+    std::deque<std::function<void()>> committed;
+    host_committer_t* committer = nullptr;
     /// A commit that comes at the latest this long after the first waiting
     /// entry, should the event loop never wait.
     QTimer commitTimer;
     /// Journals that can't be written are tried again after this timer.
     QTimer commitRetry;
     int commitRetryDelay = 0;
-    bool committing = false;
+    bool completing = false;
     bool journalFailing = false;
     /// Input is held while the journal fails or a link is full.
     bool inputHeld = false;
