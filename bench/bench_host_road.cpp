@@ -42,9 +42,20 @@ namespace {
 
 struct run_t {
     double seconds = 0;
+    /// The host's processor time (user and system), all its threads.
+    double cpuSeconds = 0;
     int changes = 0;
     qint64 largestJournal = 0;
 };
+
+/// Processor time of the children that have ended, in seconds.
+double childrenCpu()
+{
+    rusage usage{};
+    ::getrusage(RUSAGE_CHILDREN, &usage);
+    return double(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec)
+        + double(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
+}
 
 QString dbhostPath()
 {
@@ -55,6 +66,7 @@ QString dbhostPath()
 /// dbhost on folder with input as its standard input; its change lines of signal counted.
 run_t runHost(QString const& folder, QString const& input, QString const& signal, QString const& journal)
 {
+    double const cpuBefore = childrenCpu();
     QProcess host;
     host.setStandardInputFile(input);
     host.setStandardOutputFile(folder + QStringLiteral("/out.jsonl"));
@@ -71,6 +83,7 @@ run_t runHost(QString const& folder, QString const& input, QString const& signal
         return run;
     }
     run.seconds = double(clock.nsecsElapsed()) / 1e9;
+    run.cpuSeconds = childrenCpu() - cpuBefore;
     QFile out(folder + QStringLiteral("/out.jsonl"));
     if (out.open(QIODevice::ReadOnly)) {
         QByteArray const needle = "\"signal\":\"" + signal.toUtf8() + '"';
@@ -100,12 +113,6 @@ fed_run_t runFedHost(QString const& folder, QString const& input, bool feed)
     if (!in.open(QIODevice::ReadOnly))
         return run;
     QByteArray const lines = in.readAll();
-    auto const childrenCpu = [] {
-        rusage usage{};
-        ::getrusage(RUSAGE_CHILDREN, &usage);
-        return double(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec)
-            + double(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
-    };
     double const cpuBefore = childrenCpu();
     QProcess host;
     host.setStandardOutputFile(folder + QStringLiteral("/out.jsonl"));
@@ -173,8 +180,8 @@ private Q_SLOTS:
             ? qEnvironmentVariableIntValue("HOST_ROAD_CHANGES")
             : 60000;
         QJsonArray figures;
-        std::printf("\n%8s  %-10s  %14s  %10s  %10s  %14s\n", "items", "road", "host per s", "run s", "start s",
-                    "journal max");
+        std::printf("\n%8s  %-10s  %14s  %10s  %10s  %12s  %14s\n", "items", "road", "host per s", "run s",
+                    "start s", "us cpu/chg", "journal max");
         for (int items : {1000, 10000}) {
             workload_t const w = workload(items, changes);
             for (bool const realtime : {true, false}) {
@@ -211,14 +218,17 @@ private Q_SLOTS:
                 double const perSecond =
                     run.seconds > 1.5 * idle.seconds ? double(changes) / (run.seconds - idle.seconds) : 0.0;
                 char const* road = realtime ? "realtime" : "persistent";
-                std::printf("%8d  %-10s  %14.0f  %10.2f  %10.2f  %14lld  (%d change lines)\n", items, road,
-                            perSecond, run.seconds, idle.seconds, static_cast<long long>(run.largestJournal),
+                // Processor time per change, the start and end of the idle run set off.
+                double const cpuUs = (run.cpuSeconds - idle.cpuSeconds) * 1e6 / changes;
+                std::printf("%8d  %-10s  %14.0f  %10.2f  %10.2f  %12.1f  %14lld  (%d change lines)\n", items, road,
+                            perSecond, run.seconds, idle.seconds, cpuUs, static_cast<long long>(run.largestJournal),
                             run.changes);
                 figures.append(QJsonObject{{"items", items},
                                            {"road", QString::fromLatin1(road)},
                                            {"changes", changes},
                                            {"change_lines", run.changes},
                                            {"largest_journal_bytes", run.largestJournal},
+                                           {"cpu_us_per_change", cpuUs},
                                            {"per_s", perSecond}});
             }
         }

@@ -41,6 +41,7 @@ void host_committer_t::submit(std::vector<host_journal_t::batch_t> _batches)
         QMutexLocker locker(&mutex);
         batches = std::move(_batches);
         done = true;
+        announced = true;
         submitted = true;
         QMetaObject::invokeMethod(this, &host_committer_t::written, Qt::QueuedConnection);
         return;
@@ -98,22 +99,22 @@ std::vector<host_journal_t::batch_t> host_committer_t::take()
     if (doneFd >= 0)
         [[maybe_unused]] ssize_t const n = ::read(doneFd, &count, sizeof count);
     done = false;
+    announced = false;
     submitted = false;
     return std::move(batches);
 }
 
 void host_committer_t::onNotified()
 {
-    bool ready = false;
+    bool announce = false;
     {
         QMutexLocker locker(&mutex);
-        ready = done;
-        if (!ready) {
-            // A wake-up that wait() already answered.
-            std::uint64_t count = 0;
-            [[maybe_unused]] ssize_t const n = ::read(doneFd, &count, sizeof count);
-        }
+        std::uint64_t count = 0;
+        [[maybe_unused]] ssize_t const n = ::read(doneFd, &count, sizeof count);
+        // Once per commit, however long it waits to be taken.
+        announce = done && !announced;
+        announced = announced || announce;
     }
-    if (ready)
+    if (announce)
         Q_EMIT written();
 }

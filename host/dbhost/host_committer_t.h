@@ -53,6 +53,7 @@ private:
     std::vector<host_journal_t::batch_t> batches;
     bool queued = false;
     bool done = false;
+    bool announced = false;
     bool stopping = false;
     /// Owner's thread only.
     bool submitted = false;

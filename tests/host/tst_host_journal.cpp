@@ -7,6 +7,10 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "host_committer_t.h"
 #include "host_journal_t.h"
 #include "host_store_t.h"
 
@@ -121,6 +125,80 @@ private Q_SLOTS:
         QList<QJsonObject> const entries = folder.open(notes);
         QCOMPARE(notes, QStringList());
         QCOMPARE(entries, (QList<QJsonObject>{change(0), change(1), change(9)}));
+    }
+
+    void entriesAppendedDuringACommitGoInTheNextOne()
+    {
+        folder_t folder;
+        QVERIFY(folder.make(0));
+        host_journal_t journal(folder.journal);
+        QList<QJsonObject> entries;
+        QStringList notes;
+        QVERIFY(journal.open(host_journal_t::fileHash(folder.file), entries, notes));
+        host_committer_t committer;
+        QSignalSpy written(&committer, &host_committer_t::written);
+        QVERIFY(written.isValid());
+        for (int n = 0; n < 5; ++n)
+            journal.append(change(n));
+        committer.submit({journal.takeBatch()});
+        QVERIFY(committer.busy());
+        for (int n = 5; n < 8; ++n)
+            journal.append(change(n));
+        // Under way or buffered, none of them is durable yet.
+        QCOMPARE(journal.pendingCount(), 8);
+        QTRY_COMPARE(written.count(), 1);
+        std::vector<host_journal_t::batch_t> batches = committer.take();
+        QVERIFY(!committer.busy());
+        QCOMPARE(batches.size(), std::size_t(1));
+        journal.settle(batches.front());
+        QVERIFY2(batches.front().written, qPrintable(batches.front().error));
+        QCOMPARE(journal.pendingCount(), 3);
+        QCOMPARE(journal.entries(), qint64(5));
+        // A commit waited for is taken back at once and announces nothing.
+        committer.submit({journal.takeBatch()});
+        batches = committer.wait();
+        journal.settle(batches.front());
+        QCOMPARE(journal.pendingCount(), 0);
+        QTest::qWait(50);
+        QCOMPARE(written.count(), 1);
+        QList<QJsonObject> expected;
+        for (int n = 0; n < 8; ++n)
+            expected.append(change(n));
+        QCOMPARE(folder.open(notes), expected);
+        QCOMPARE(notes, QStringList());
+    }
+
+    void failedCommitIsWrittenAgainBeforeNewerEntries()
+    {
+        folder_t folder;
+        QVERIFY(folder.make(2));
+        host_journal_t journal(folder.journal);
+        QList<QJsonObject> entries;
+        QStringList notes;
+        QVERIFY(journal.open(host_journal_t::fileHash(folder.file), entries, notes));
+        journal.append(change(2));
+        journal.append(change(3));
+        host_journal_t::batch_t batch = journal.takeBatch();
+        // A descriptor that refuses writes stands for a full disk.
+        int const readOnly = ::open(QFile::encodeName(folder.journal).constData(), O_RDONLY);
+        QVERIFY(readOnly >= 0);
+        batch.fd = readOnly;
+        host_journal_t::writeBatch(batch);
+        ::close(readOnly);
+        journal.settle(batch);
+        QVERIFY(!batch.written);
+        QVERIFY2(batch.error.startsWith(QStringLiteral("cannot write the journal ")), qPrintable(batch.error));
+        QCOMPARE(journal.pendingCount(), 2);
+        // Part of the failed write reached the file: the next commit cuts it first.
+        QFile file(folder.journal);
+        QVERIFY(file.open(QIODevice::Append));
+        file.write("{\"topic\":\"status/DB/pers");
+        file.close();
+        journal.append(change(4));
+        QString error;
+        QVERIFY2(journal.commit(error), qPrintable(error));
+        QCOMPARE(folder.open(notes), (QList<QJsonObject>{change(0), change(1), change(2), change(3), change(4)}));
+        QCOMPARE(notes, QStringList());
     }
 
     void journalOfAnotherFileIsSetAside_data()
