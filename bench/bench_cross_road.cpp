@@ -20,7 +20,9 @@
 // disk's syncs). CROSS_ROAD_BURST sets the burst (3,000 changes, or one per
 // item when there are more). DBHOST_BINARY runs another build of dbhost.
 // Writes cross_road.json beside the executable, with the processor time per
-// change of each process during the burst.
+// change of each process during the burst, and how many cores the machine's
+// other processes took meanwhile (on a shared machine, a busy neighbour
+// explains odd figures).
 
 #include <QFile>
 #include <QJsonArray>
@@ -118,6 +120,7 @@ struct figures_t {
     double p50 = 0;
     double p99 = 0;
     QJsonObject cpu; // microseconds of processor time per change of the burst, per process
+    double othersCores = 0; // cores that other processes of the machine used during the burst
 };
 
 /// User and system time of a process so far, in microseconds.
@@ -131,6 +134,20 @@ double cpuMicros(qint64 pid)
     QList<QByteArray> const fields = line.mid(line.lastIndexOf(')') + 2).split(' ');
     return fields.size() > 12 ? (fields[11].toDouble() + fields[12].toDouble()) * 1e6 / double(::sysconf(_SC_CLK_TCK))
                               : 0;
+}
+
+/// Processor time of the whole machine so far, all cores, in microseconds (/proc/stat's first line).
+double machineBusyMicros()
+{
+    QFile stat(QStringLiteral("/proc/stat"));
+    if (!stat.open(QIODevice::ReadOnly))
+        return 0;
+    // user nice system idle iowait irq softirq steal: all but idle and iowait are busy.
+    QList<QByteArray> const fields = stat.readLine().simplified().split(' ');
+    double busy = 0;
+    for (int i = 1; i <= 8 && i < fields.size(); ++i)
+        busy += i == 4 || i == 5 ? 0 : fields[i].toDouble();
+    return busy * 1e6 / double(::sysconf(_SC_CLK_TCK));
 }
 
 double percentile(std::vector<double> values, int p)
@@ -223,6 +240,7 @@ std::optional<figures_t> runOurs(workload_t const& w, QString const& root)
     std::vector<double> cpuBefore;
     for (auto const& p : processes)
         cpuBefore.push_back(cpuMicros(p.second));
+    double const machineBefore = machineBusyMicros();
     QByteArray burst;
     for (int i = 0; i < w.burst; ++i)
         burst += line(i) + '\n';
@@ -236,15 +254,21 @@ std::optional<figures_t> runOurs(workload_t const& w, QString const& root)
         return std::nullopt;
     }
     figures_t figures;
+    double const machine = machineBusyMicros() - machineBefore;
     double followersCpu = 0;
+    double ownCpu = 0;
     for (int p = 0; p < processes.size(); ++p) {
         double const us = (cpuMicros(processes[p].second) - cpuBefore[size_t(p)]) / w.burst;
         figures.cpu.insert(processes[p].first, us);
         followersCpu += processes[p].first.startsWith("follower") ? us / followers : 0;
+        ownCpu += us * w.burst;
     }
     figures.cpu.insert("followers", followersCpu);
     qint64 const end = *std::max_element(doneAt.begin(), doneAt.begin() + w.burst);
-    figures.perSecond = w.burst / (double(end - start) / 1e9);
+    double const seconds = double(end - start) / 1e9;
+    figures.perSecond = w.burst / seconds;
+    // On a shared machine the figures mean little when others took the cores meanwhile.
+    figures.othersCores = qMax(0.0, (machine - ownCpu) / 1e6 / seconds);
 
     // Past the idle save and the clients' comparison after a burst.
     QTest::qWait(4000);
@@ -289,7 +313,8 @@ std::optional<figures_t> runPeer(workload_t const& w, QString const& root)
     if (!result.contains("per_s"))
         return std::nullopt;
     return figures_t{result.value("per_s").toDouble(), result.value("p50_ms").toDouble(),
-                     result.value("p99_ms").toDouble(), result.value("cpu_us_per_change").toObject()};
+                     result.value("p99_ms").toDouble(), result.value("cpu_us_per_change").toObject(),
+                     result.value("others_cores").toDouble()};
 }
 
 QJsonValue orNull(std::optional<figures_t> const& f, double figures_t::*field)
@@ -346,7 +371,9 @@ private Q_SLOTS:
                         {"ours_p99_ms", ours->p99},
                         {"peer_p99_ms", orNull(peer, &figures_t::p99)},
                         {"ours_cpu_us_per_change", ours->cpu},
-                        {"peer_cpu_us_per_change", peer ? QJsonValue(peer->cpu) : QJsonValue()}};
+                        {"peer_cpu_us_per_change", peer ? QJsonValue(peer->cpu) : QJsonValue()},
+                        {"ours_others_cores", ours->othersCores},
+                        {"peer_others_cores", orNull(peer, &figures_t::othersCores)}};
         sizes.append(row);
     }
 
@@ -369,6 +396,11 @@ private Q_SLOTS:
                         qPrintable(figure(s.value("peer_p50_ms"), "%.2f")), s.value("ours_p99_ms").toDouble(),
                         qPrintable(figure(s.value("peer_p99_ms"), "%.2f")));
         }
+        std::printf("cores other processes used during the bursts (ours/peer):");
+        for (QJsonValue const& value : std::as_const(sizes))
+            std::printf(" %s", qPrintable(figure(value.toObject().value("ours_others_cores"), "%.2f") + '/'
+                                          + figure(value.toObject().value("peer_others_cores"), "%.2f")));
+        std::printf("\n");
         QFile out(QCoreApplication::applicationDirPath() + QStringLiteral("/cross_road.json"));
         QVERIFY(out.open(QIODevice::WriteOnly | QIODevice::Truncate));
         out.write(QJsonDocument(QJsonObject{{"sizes", sizes}}).toJson(QJsonDocument::Indented));

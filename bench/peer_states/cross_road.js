@@ -12,7 +12,8 @@
 // standard input and times the subscribers' lines as they arrive on their
 // standard output. Prints one JSON line: {"items", "burst", "per_s", "singles",
 // "p50_ms", "p99_ms", "cpu_us_per_change": {"server", "writer", "followers",
-// "harness"}}, the processor time of each during the burst (harness: this process).
+// "harness"}, "others_cores"}: the processor time of each during the burst
+// (harness: this process), and the cores the machine's other processes took.
 "use strict";
 
 const { spawn } = require("child_process");
@@ -132,6 +133,12 @@ function child(role, ...args) {
     return process_;
 }
 
+// Processor time of the whole machine so far, all cores, in microseconds.
+function machineBusyMicros() {
+    const fields = fs.readFileSync("/proc/stat", "utf8").split("\n")[0].trim().split(/\s+/).slice(1, 9).map(Number);
+    return ((fields.reduce((a, b) => a + b, 0) - fields[3] - fields[4]) * 1e6) / 100;
+}
+
 const pause = (ms) => new Promise((resolve) => setTimeout(resolve, ms));
 
 async function coordinate(workloadFile, dataDir) {
@@ -189,6 +196,7 @@ async function coordinate(workloadFile, dataDir) {
     const all = [server, writer, ...subscribers];
     const cpuBefore = all.map((p) => cpuMicros(p.pid));
     const harnessBefore = process.cpuUsage();
+    const machineBefore = machineBusyMicros();
     const burst = workload.burst.length;
     const start = process.hrtime.bigint();
     send(0, burst);
@@ -196,7 +204,9 @@ async function coordinate(workloadFile, dataDir) {
     const end = doneAt.slice(0, burst).reduce((a, b) => (b > a ? b : a));
     const cpu = all.map((p, i) => (cpuMicros(p.pid) - cpuBefore[i]) / burst);
     const harness = process.cpuUsage(harnessBefore);
+    const machine = machineBusyMicros() - machineBefore;
     const seconds = Number(end - start) / 1e9;
+    const own = (cpu.reduce((a, b) => a + b, 0) * burst) + harness.user + harness.system;
 
     // The same pause as the benchmark's own side before the single changes.
     await pause(4000);
@@ -225,6 +235,7 @@ async function coordinate(workloadFile, dataDir) {
                 followers: cpu.slice(2).reduce((a, b) => a + b, 0) / followers,
                 harness: (harness.user + harness.system) / burst,
             },
+            others_cores: Math.max(0, (machine - own) / 1e6 / seconds),
         }) + "\n",
     );
 }
