@@ -75,7 +75,7 @@ inline void fillRealtime(database::database_t& db, int items)
     db.getRealtime()->serialize(true);
 }
 
-/// Items I0 ... of the persistent tree as payload(n) gives them (itemPayload(n, 0) by default).
+/// Items I0 ... of the persistent tree as payloadOf(n) gives them (itemPayload(n, 0) by default).
 inline void fillPersistent(database::database_t& db, int items,
                            std::function<QJsonObject(int)> const& payloadOf = [](int n) { return itemPayload(n, 0); })
 {
