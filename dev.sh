@@ -4,8 +4,9 @@
 #   ./dev.sh test    build everything and run all tests through ctest, then the
 #                    sanitizer build's tests and a few seconds of each fuzz target
 #                    (DATABASE_CI_SANITIZE=0 leaves the sanitizer step out)
-#   ./dev.sh bench   build everything and run the benchmarks (installs Node.js and
-#                    the pinned jsonl-db for the live road's peer)
+#   ./dev.sh bench   build everything and run the benchmarks (installs Node.js, the
+#                    pinned jsonl-db for the live road's peer and the pinned states
+#                    server for the cross-process road's)
 #   ./dev.sh build   only build
 #   ./dev.sh package build and make the Debian packages (build/packages/*.deb)
 #   ./dev.sh sanitize  build with ASan+UBSan (clang) in build-san and run all tests under it
@@ -167,6 +168,8 @@ case "${1:-help}" in
             ensure_packages nodejs npm
         fi
         (cd "$here/bench/peer" && npm ci --no-audit --no-fund --loglevel=error)
+        # The peer of the cross-process road: a states server and its clients, as pinned in bench/peer_states.
+        (cd "$here/bench/peer_states" && npm ci --no-audit --no-fund --loglevel=error)
         failed=0
         for b in "$build_dir"/bench/bench_*; do
             # Only the executables: the build folder also holds bench_*_autogen folders.

@@ -4,6 +4,7 @@
 #include <QJsonObject>
 #include <QString>
 
+#include <functional>
 #include <vector>
 
 #include "database/database_t.h"
@@ -74,12 +75,13 @@ inline void fillRealtime(database::database_t& db, int items)
     db.getRealtime()->serialize(true);
 }
 
-/// Items I0 ... of the persistent tree as itemPayload(n, 0) gives them.
-inline void fillPersistent(database::database_t& db, int items)
+/// Items I0 ... of the persistent tree as payloadOf(n) gives them (itemPayload(n, 0) by default).
+inline void fillPersistent(database::database_t& db, int items,
+                           std::function<QJsonObject(int)> const& payloadOf = [](int n) { return itemPayload(n, 0); })
 {
     auto* tree = db.getPersistent()->getData()->getItems();
     for (int n = 0; n < items; ++n) {
-        QJsonObject const payload = itemPayload(n, 0);
+        QJsonObject const payload = payloadOf(n);
         database::persistent::objects::ps_object_item_t item;
         for (auto it = payload.begin(); it != payload.end(); ++it)
             item.setProperty(it.key().toLatin1().constData(), it.value().toVariant());

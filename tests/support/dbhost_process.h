@@ -58,6 +58,7 @@ public:
     }
 
     bool running() const { return process.state() == QProcess::Running; }
+    qint64 pid() const { return process.processId(); }
     int exitCode() const { return process.exitCode(); }
     /// The clock of the arrival times of the lines.
     qint64 now() const { return clock.nsecsElapsed(); }
@@ -65,7 +66,10 @@ public:
 
     /// Turns the event loop until done holds, checking it as each output
     /// arrives rather than on a polling period, so that arrival times are exact.
-    bool waitFor(std::function<bool()> const& done, int ms)
+    bool waitFor(std::function<bool()> const& done, int ms) { return waitFor({this}, done, ms); }
+
+    /// The same, checking as the output of any of hosts arrives.
+    static bool waitFor(QList<dbhost_process_t*> const& hosts, std::function<bool()> const& done, int ms)
     {
         bool finished = done();
         if (finished)
@@ -74,16 +78,19 @@ public:
         QTimer limit;
         limit.setSingleShot(true);
         QObject::connect(&limit, &QTimer::timeout, &loop, &QEventLoop::quit);
-        // Connected after the line reader: the new lines are in when it runs.
-        auto const check = QObject::connect(&process, &QProcess::readyReadStandardOutput, &loop, [&] {
-            if (!finished && done()) {
-                finished = true;
-                loop.quit();
-            }
-        });
+        // Connected after the line readers: the new lines are in when it runs.
+        QList<QMetaObject::Connection> checks;
+        for (dbhost_process_t* host : hosts)
+            checks << QObject::connect(&host->process, &QProcess::readyReadStandardOutput, &loop, [&] {
+                if (!finished && done()) {
+                    finished = true;
+                    loop.quit();
+                }
+            });
         limit.start(ms);
         loop.exec();
-        QObject::disconnect(check);
+        for (auto const& check : std::as_const(checks))
+            QObject::disconnect(check);
         return finished;
     }
 

@@ -89,6 +89,8 @@ public:
     /// and the password.
     void bridgeTo(mqtt_broker_t const& main) { bridgedPort = main.port(); }
 
+    qint64 pid() const { return broker.processId(); }
+
     /// The port the hosts use: the TLS one when there is TLS.
     int port() const { return useTls ? tlsPort : plainPort; }
 
