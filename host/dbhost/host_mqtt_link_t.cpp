@@ -303,14 +303,31 @@ QJsonObject host_mqtt_link_t::acceptRequest(QJsonObject const& packet)
 {
     if (server)
         return QJsonObject();
-    request_t request{packet, instance + QLatin1Char(':') + QString::number(++sequence)};
-    waiting.push_back(request);
+    QString const id = instance + QLatin1Char(':') + QString::number(++sequence);
+    addWaiting(packet, id);
     if (!full && waiting.size() >= waitingLimit) {
         full = true;
         std::fprintf(stderr, "dbhost: %zu requests wait for the server; input waits for them\n", waitingLimit);
         Q_EMIT congested(true);
     }
-    return {{requestKey, packet}, {idKey, request.id}};
+    return {{requestKey, packet}, {idKey, id}};
+}
+
+void host_mqtt_link_t::addWaiting(QJsonObject const& packet, QString const& id)
+{
+    request_t request{packet, id, QString(), 0};
+    // An id of another form is never taken as acknowledged.
+    if (!splitId(id, request.instance, request.sequence))
+        request.instance.clear();
+    waiting.push_back(std::move(request));
+}
+
+bool host_mqtt_link_t::isAcknowledged(request_t const& request) const
+{
+    if (request.sequence == 0)
+        return false;
+    auto const found = acknowledgedUpTo.constFind(request.instance);
+    return found != acknowledgedUpTo.cend() && request.sequence <= *found;
 }
 
 void host_mqtt_link_t::restoreRecord(QJsonObject const& record)
@@ -334,7 +351,8 @@ void host_mqtt_link_t::restoreRecord(QJsonObject const& record)
     }
     if (record.contains(requestKey)) {
         // Accepted before the last end and not known to have arrived: it goes again.
-        waiting.push_back({record.value(requestKey).toObject(), record.value(idKey).toString(), true, false});
+        addWaiting(record.value(requestKey).toObject(), record.value(idKey).toString());
+        durableCount = waiting.size();
     } else if (record.contains(acknowledgedKey)) {
         takeAcknowledgement(record.value(acknowledgedKey).toObject());
     }
@@ -357,8 +375,9 @@ QList<QJsonObject> host_mqtt_link_t::carriedRecords() const
             records.append({{appliedUpToKey, upTo}});
         return records;
     }
-    for (request_t const& request : waiting) {
-        if (request.durable)
+    for (std::size_t i = 0; i < durableCount; ++i) {
+        request_t const& request = waiting[i];
+        if (!isAcknowledged(request))
             records.append({{requestKey, request.packet}, {idKey, request.id}});
     }
     return records;
@@ -366,17 +385,19 @@ QList<QJsonObject> host_mqtt_link_t::carriedRecords() const
 
 void host_mqtt_link_t::takeAcknowledgement(QJsonObject const& acknowledged)
 {
-    std::size_t const before = waiting.size();
-    for (auto it = waiting.begin(); it != waiting.end();) {
-        QString name;
-        quint64 n = 0;
-        bool const known = splitId(it->id, name, n);
-        if (known && acknowledged.contains(name) && n <= acknowledged.value(name).toString().toULongLong())
-            it = waiting.erase(it);
-        else
-            ++it;
+    bool progress = false;
+    for (auto it = acknowledged.begin(); it != acknowledged.end(); ++it) {
+        quint64 const upTo = it.value().toString().toULongLong();
+        quint64& known = acknowledgedUpTo[it.key()];
+        progress = progress || upTo > known;
+        known = qMax(known, upTo);
     }
-    if (waiting.size() != before)
+    while (!waiting.empty() && isAcknowledged(waiting.front())) {
+        waiting.pop_front();
+        durableCount -= durableCount > 0 ? 1 : 0;
+        sentCount -= sentCount > 0 ? 1 : 0;
+    }
+    if (progress)
         resend.start();
     if (full && waiting.size() < waitingLimit / 2) {
         full = false;
@@ -386,8 +407,7 @@ void host_mqtt_link_t::takeAcknowledgement(QJsonObject const& acknowledged)
 
 void host_mqtt_link_t::resendUnacknowledged()
 {
-    for (request_t& request : waiting)
-        request.sent = false;
+    sentCount = 0;
     flushRequests();
 }
 
@@ -484,12 +504,7 @@ void host_mqtt_link_t::forwardRequest(QJsonObject const& packet)
         return;
     }
     // Called once the request is in the journal, in the order of acceptance.
-    for (request_t& request : waiting) {
-        if (!request.durable) {
-            request.durable = true;
-            break;
-        }
-    }
+    durableCount = qMin(durableCount + 1, waiting.size());
     flushRequests();
 }
 
@@ -497,16 +512,14 @@ void host_mqtt_link_t::flushRequests()
 {
     if (!client.isConnected() || !serverOnline)
         return;
-    for (request_t& request : waiting) {
-        if (!request.durable)
-            break;
-        if (request.sent)
+    for (; sentCount < durableCount; ++sentCount) {
+        request_t const& request = waiting[sentCount];
+        if (isAcknowledged(request))
             continue;
         QString const topic = request.packet.value(QStringLiteral("topic")).toString();
         if (!client.publish(prefix + topic, encode(request.packet.value(QStringLiteral("payload"))), false,
                             {{requestIdProperty, request.id}, {replyToProperty, clientId}}))
             return;
-        request.sent = true;
         if (!resend.isActive())
             resend.start();
     }

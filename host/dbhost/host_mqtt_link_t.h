@@ -78,9 +78,9 @@ private:
     struct request_t {
         QJsonObject packet;
         QString id;
-        /// In the journal: it may go out.
-        bool durable = false;
-        bool sent = false;
+        /// The id's parts, read once: acknowledgements name them.
+        QString instance;
+        quint64 sequence = 0;
     };
     /// Server: the requests of one client process applied so far: all up to
     /// upTo, and those above it that came early.
@@ -101,6 +101,8 @@ private:
     /// Client: everything not acknowledged goes out again, in order.
     void resendUnacknowledged();
     void takeAcknowledgement(QJsonObject const& acknowledged);
+    void addWaiting(QJsonObject const& packet, QString const& id);
+    bool isAcknowledged(request_t const& request) const;
     /// Server: true the first time a request id is seen; notes it applied.
     bool markApplied(QString const& id);
     void acknowledge(QString const& id, QString const& replyTo);
@@ -115,8 +117,16 @@ private:
     host_sync_t sync;
     QString instance;
     quint64 sequence = 0;
-    /// Client: requests accepted and not yet acknowledged by the server, in order.
+    /// Client: requests accepted and not yet acknowledged by the server, in
+    /// order. Acknowledged ones behind an open one stay until they reach the
+    /// front, skipped: a burst is then linear, not quadratic, in its size.
     std::deque<request_t> waiting;
+    /// Client: how many of waiting, from the front, are in the journal (and
+    /// may go out), and how many of those have gone out.
+    std::size_t durableCount = 0;
+    std::size_t sentCount = 0;
+    /// Client: the server's acknowledgements, by the instance of the ids.
+    QHash<QString, quint64> acknowledgedUpTo;
     /// Client: sends again what the server hasn't acknowledged after a while.
     QTimer resend;
     bool serverOnline = false;
