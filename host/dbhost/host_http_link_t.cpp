@@ -15,7 +15,6 @@
 #include <QUrlQuery>
 #include <QWebSocket>
 #include <QWebSocketServer>
-#include <QtConcurrent/QtConcurrentRun>
 
 #include "database/database_t.h"
 #include "database/persistent/persistent_t.h"
@@ -41,19 +40,6 @@ QString const feedPath = QStringLiteral("/feed");
 
 /// The lines that standard output writes for these changes, byte for byte
 /// (the members in the order QJsonObject keeps them).
-QByteArray changeLines(std::vector<host_http_link_t::change_t> const& changes)
-{
-    QByteArray lines;
-    for (auto const& change : changes) {
-        lines += "{\"event\":\"change\",";
-        if (!change.key.isNull())
-            lines += "\"key\":" + host_mqtt_link_t::encode(change.key) + ',';
-        lines += "\"packet\":" + QJsonDocument(change.packet).toJson(QJsonDocument::Compact);
-        lines += ",\"signal\":" + host_mqtt_link_t::encode(change.signal) + "}\n";
-    }
-    return lines;
-}
-
 QHttpServerResponse json(QJsonValue const& value, status_code code = status_code::Ok)
 {
     return QHttpServerResponse(QByteArrayLiteral("application/json"), host_mqtt_link_t::encode(value), code);
@@ -171,15 +157,6 @@ host_http_link_t::host_http_link_t(options_t _options, database::database_t* _da
     batch.setSingleShot(true);
     batch.setInterval(batchMs);
     connect(&batch, &QTimer::timeout, this, &host_http_link_t::flushFeed);
-    // One writer, so that batches go out in the order of the changes.
-    writer.setMaxThreadCount(1);
-    connect(&writing, &QFutureWatcher<QByteArray>::finished, this, [this] {
-        if (stopped)
-            return; // stop() sent it already
-        sendFeed(writing.result());
-        if (!pending.empty() && !batch.isActive())
-            batch.start();
-    });
     QFile file(QStringLiteral(":/inspector/inspector.html"));
     if (file.open(QIODevice::ReadOnly))
         page = file.readAll();
@@ -189,7 +166,6 @@ host_http_link_t::host_http_link_t(options_t _options, database::database_t* _da
 
 host_http_link_t::~host_http_link_t()
 {
-    writing.waitForFinished();
     host_metrics_t::instance().removeCollector(collector);
 }
 
@@ -305,11 +281,7 @@ void host_http_link_t::stop()
 {
     // The last changes go out before the goodbye, as they did on standard output.
     batch.stop();
-    if (writing.isRunning()) {
-        writing.waitForFinished();
-        sendFeed(writing.result());
-    }
-    sendFeed(changeLines(std::exchange(pending, {})));
+    sendFeed(std::exchange(pending, {}));
     stopped = true;
     if (front)
         front->close();
@@ -502,11 +474,7 @@ void host_http_link_t::onFeedConnection()
 
 void host_http_link_t::flushFeed()
 {
-    // A batch still being written takes the next one along when it is done.
-    if (pending.empty() || writing.isRunning())
-        return;
-    writing.setFuture(
-        QtConcurrent::run(&writer, [changes = std::exchange(pending, {})] { return changeLines(changes); }));
+    sendFeed(std::exchange(pending, {}));
 }
 
 void host_http_link_t::sendFeed(QByteArray const& lines)
@@ -538,13 +506,13 @@ void host_http_link_t::forwardRequest(QJsonObject const& packet)
     counted(requestCells, QStringLiteral("dbhost_requests_total"), QStringLiteral("database"), name).add();
 }
 
-void host_http_link_t::reportChange(QString const& name, QString const& signal, QString const& key,
-                                    QJsonObject const& packet)
+void host_http_link_t::reportChange(change_t const& change)
 {
-    counted(changeCells, QStringLiteral("dbhost_changes_total"), QStringLiteral("database"), name).add();
+    counted(changeCells, QStringLiteral("dbhost_changes_total"), QStringLiteral("database"), change.database).add();
     if (subscribers.isEmpty() || stopped)
         return;
-    pending.push_back({signal, key, packet});
+    pending += change.line();
+    pending += '\n';
     if (!batch.isActive())
         batch.start();
 }

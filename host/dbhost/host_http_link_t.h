@@ -2,14 +2,12 @@
 #define HOST_DBHOST_HOST_HTTP_LINK_T_H
 
 #include <QByteArray>
-#include <QFutureWatcher>
 #include <QHash>
 #include <QHostAddress>
 #include <QJsonObject>
 #include <QList>
 #include <QPointer>
 #include <QString>
-#include <QThreadPool>
 #include <QTimer>
 
 #include <functional>
@@ -54,12 +52,6 @@ public:
         /// Empty: no token asked, which only a loopback address allows.
         QString token;
     };
-    /// A change for the feed, as the session reported it.
-    struct change_t {
-        QString signal;
-        QString key;
-        QJsonObject packet;
-    };
     /// What the page's status line shows: role, broker, saves, journal, data folder.
     using status_t = std::function<QJsonObject()>;
 
@@ -85,8 +77,7 @@ public:
     void start() override;
     void stop() override;
     void forwardRequest(QJsonObject const& packet) override;
-    void reportChange(QString const& database, QString const& signal, QString const& key,
-                      QJsonObject const& packet) override;
+    void reportChange(change_t const& change) override;
     void reportProblem(QString const& event, QJsonObject const& packet, QString const& message) override;
 
 private:
@@ -102,7 +93,7 @@ private:
     /// Front: a WebSocket handshake for the feed, decided before the upgrade.
     void handshake(QTcpSocket* socket, QByteArray const& head);
     void onFeedConnection();
-    /// Hands the changes gathered so far to the writer thread, unless it is busy.
+    /// Sends the lines gathered so far.
     void flushFeed();
     void sendFeed(QByteArray const& lines);
     host_metrics_t::cell_t& counted(QHash<QString, host_metrics_t::cell_t*>& cells, QString const& metric,
@@ -121,12 +112,10 @@ private:
         bool behind = false;
     };
     QList<subscriber_t> subscribers;
-    /// Changes waiting for the next batch. They are written as text on a
-    /// thread of their own: the road of the packets only keeps a reference.
-    std::vector<change_t> pending;
+    /// Lines of changes waiting for the next batch: the text standard output
+    /// got, made once for both.
+    QByteArray pending;
     QTimer batch;
-    QThreadPool writer;
-    QFutureWatcher<QByteArray> writing;
     QByteArray page;
     int collector = 0;
     QHash<QString, host_metrics_t::cell_t*> changeCells;

@@ -1,8 +1,32 @@
 #include "host_link_t.h"
 
 #include <QCoreApplication>
+#include <QJsonDocument>
+
+#include <utility>
 
 host_link_t::~host_link_t() = default;
+
+host_link_t::change_t::change_t(QString _database, QString _signal, QString _key, QJsonObject _packet)
+    : database(std::move(_database))
+    , signal(std::move(_signal))
+    , key(std::move(_key))
+    , packet(std::move(_packet))
+{
+}
+
+QByteArray const& host_link_t::change_t::line() const
+{
+    if (text.isEmpty()) {
+        QJsonObject line{{QStringLiteral("event"), QStringLiteral("change")},
+                         {QStringLiteral("signal"), signal},
+                         {QStringLiteral("packet"), packet}};
+        if (!key.isNull())
+            line.insert(QStringLiteral("key"), key);
+        text = QJsonDocument(line).toJson(QJsonDocument::Compact);
+    }
+    return text;
+}
 
 QJsonObject host_link_t::acceptRequest(QJsonObject const&)
 {

@@ -1,6 +1,7 @@
 #ifndef HOST_DBHOST_HOST_LINK_T_H
 #define HOST_DBHOST_HOST_LINK_T_H
 
+#include <QByteArray>
 #include <QJsonObject>
 #include <QList>
 #include <QObject>
@@ -20,6 +21,28 @@ public:
     using QObject::QObject;
     ~host_link_t() override;
 
+    /// A change of a database of this process as every link gets it: the
+    /// database ("persistent", "realtime", "presencesimulation"), the signal,
+    /// the key (null on routes that carry none) and the packet.
+    class change_t
+    {
+    public:
+        change_t(QString _database, QString _signal, QString _key, QJsonObject _packet);
+
+        QString database;
+        QString signal;
+        QString key;
+        QJsonObject packet;
+
+        /// The change as one line of JSON (no newline): the same text on
+        /// standard output and on the inspector's feed, made once by the
+        /// first link that asks.
+        QByteArray const& line() const;
+
+    private:
+        mutable QByteArray text;
+    };
+
     /// Starts reading; called once, when the session starts.
     virtual void start() = 0;
     /// Leaves in order (the databases are already saved).
@@ -27,10 +50,8 @@ public:
 
     /// A request raised in this process, by its engines or by its own users.
     virtual void forwardRequest(QJsonObject const& packet) = 0;
-    /// A change of a database of this process ("persistent", "realtime",
-    /// "presencesimulation"); key is null on routes that carry none.
-    virtual void reportChange(QString const& database, QString const& signal, QString const& key,
-                              QJsonObject const& packet) = 0;
+    /// A change of a database of this process.
+    virtual void reportChange(change_t const& change) = 0;
     /// A packet that was refused or not applied: the event is "refused",
     /// "not_exist" or "error", with the library's message for the last.
     virtual void reportProblem(QString const& event, QJsonObject const& packet, QString const& message) = 0;

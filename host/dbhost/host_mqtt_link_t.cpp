@@ -525,9 +525,10 @@ void host_mqtt_link_t::flushRequests()
     }
 }
 
-void host_mqtt_link_t::reportChange(QString const& database, QString const&, QString const&,
-                                    QJsonObject const& packet)
+void host_mqtt_link_t::reportChange(change_t const& change)
 {
+    QString const& database = change.database;
+    QJsonObject const& packet = change.packet;
     // Only the server's word is status. While it is away from the broker its
     // changes aren't kept: the clients compare hashes when it comes back.
     if (!server || database.isEmpty() || !client.isConnected())

@@ -52,8 +52,7 @@ public:
     void forwardRequest(QJsonObject const& packet) override;
     /// Server: the acknowledgements of the reports just released, one message per client.
     void flushOutput() override;
-    void reportChange(QString const& database, QString const& signal, QString const& key,
-                      QJsonObject const& packet) override;
+    void reportChange(change_t const& change) override;
     void reportProblem(QString const& event, QJsonObject const& packet, QString const& message) override;
     QJsonObject acceptRequest(QJsonObject const& packet) override;
     void restoreRecord(QJsonObject const& record) override;

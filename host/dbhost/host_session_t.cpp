@@ -472,9 +472,9 @@ void host_session_t::onChangeKey(QJsonObject _packet, QString _key)
                                            + _packet.value(QStringLiteral("topic")).toString()},
              {QStringLiteral("payload"), _packet.value(QStringLiteral("payload"))}});
     }
-    deliver([this, databaseName, signal, _key, _packet] {
+    deliver([this, change = host_link_t::change_t(databaseName, signal, _key, _packet)] {
         for (host_link_t* link : std::as_const(links))
-            link->reportChange(databaseName, signal, _key, _packet);
+            link->reportChange(change);
     });
 }
 

@@ -132,7 +132,11 @@ void host_stdio_link_t::handleLine(QByteArray const& line)
 
 void host_stdio_link_t::writeLine(QJsonObject const& line) const
 {
-    QByteArray const text = QJsonDocument(line).toJson(QJsonDocument::Compact);
+    writeText(QJsonDocument(line).toJson(QJsonDocument::Compact));
+}
+
+void host_stdio_link_t::writeText(QByteArray const& text) const
+{
     std::fwrite(text.constData(), 1, size_t(text.size()), stdout);
     std::fputc('\n', stdout);
     // Beside a broker the line goes before the same change is published.
@@ -150,15 +154,9 @@ void host_stdio_link_t::forwardRequest(QJsonObject const& packet)
     writeLine({{QStringLiteral("event"), QStringLiteral("request")}, {QStringLiteral("packet"), packet}});
 }
 
-void host_stdio_link_t::reportChange(QString const&, QString const& signal, QString const& key,
-                                     QJsonObject const& packet)
+void host_stdio_link_t::reportChange(change_t const& change)
 {
-    QJsonObject line{{QStringLiteral("event"), QStringLiteral("change")},
-                     {QStringLiteral("signal"), signal},
-                     {QStringLiteral("packet"), packet}};
-    if (!key.isNull())
-        line.insert(QStringLiteral("key"), key);
-    writeLine(line);
+    writeText(change.line());
 }
 
 void host_stdio_link_t::reportProblem(QString const& event, QJsonObject const& packet, QString const& message)

@@ -23,8 +23,7 @@ public:
     void start() override;
     void stop() override;
     void forwardRequest(QJsonObject const& packet) override;
-    void reportChange(QString const& database, QString const& signal, QString const& key,
-                      QJsonObject const& packet) override;
+    void reportChange(change_t const& change) override;
     void reportProblem(QString const& event, QJsonObject const& packet, QString const& message) override;
     void flushOutput() override;
     void holdInput(bool hold) override;
@@ -37,6 +36,8 @@ private:
     void scheduleNextLine();
     void handleLine(QByteArray const& line);
     void writeLine(QJsonObject const& line) const;
+    /// One line of JSON text, with its newline.
+    void writeText(QByteArray const& text) const;
 
     bool local = false;
     QSocketNotifier* input = nullptr;
