@@ -214,7 +214,12 @@ bool host_journal_t::create(QByteArray const& follows, QString& error)
 
 void host_journal_t::append(QJsonObject const& entry)
 {
-    buffer += QJsonDocument(entry).toJson(QJsonDocument::Compact);
+    appendText(QJsonDocument(entry).toJson(QJsonDocument::Compact));
+}
+
+void host_journal_t::appendText(QByteArray const& entry)
+{
+    buffer += entry;
     buffer += '\n';
     ++bufferedEntries;
 }

@@ -63,6 +63,8 @@ public:
 
     /// Buffers an entry; it is written by the next commit.
     void append(QJsonObject const& entry);
+    /// The same for an entry already written as one line of JSON (no newline).
+    void appendText(QByteArray const& entry);
     bool pending() const { return !buffer.isEmpty(); }
     /// Entries not yet durable: buffered, or taken by a commit still under way.
     int pendingCount() const { return bufferedEntries + takenEntries; }

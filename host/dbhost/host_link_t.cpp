@@ -1,6 +1,7 @@
 #include "host_link_t.h"
 
 #include <QCoreApplication>
+#include <QJsonArray>
 #include <QJsonDocument>
 
 #include <utility>
@@ -15,17 +16,68 @@ host_link_t::change_t::change_t(QString _database, QString _signal, QString _key
 {
 }
 
+namespace {
+
+QString const topicKey = QStringLiteral("topic");
+QString const payloadKey = QStringLiteral("payload");
+
+/// A string as JSON, escaped as the JSON documents escape it.
+QByteArray jsonString(QString const& value)
+{
+    QByteArray const text = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
+    return text.mid(1, text.size() - 2);
+}
+
+} // namespace
+
+bool host_link_t::change_t::plain() const
+{
+    return packet.size() == 2 && packet.value(topicKey).isString() && packet.contains(payloadKey);
+}
+
+QByteArray const& host_link_t::change_t::payloadText() const
+{
+    if (payload.isEmpty()) {
+        QJsonValue const value = packet.value(payloadKey);
+        if (value.isObject())
+            payload = QJsonDocument(value.toObject()).toJson(QJsonDocument::Compact);
+        else if (value.isArray())
+            payload = QJsonDocument(value.toArray()).toJson(QJsonDocument::Compact);
+        else
+            payload = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact).chopped(1).mid(1);
+    }
+    return payload;
+}
+
+QByteArray const& host_link_t::change_t::packetText() const
+{
+    if (packetJson.isEmpty()) {
+        // The keys of a JSON object are written in order: "payload", then "topic".
+        packetJson = plain() ? "{\"payload\":" + payloadText() + ",\"topic\":" + jsonString(packet.value(topicKey).toString()) + '}'
+                             : QJsonDocument(packet).toJson(QJsonDocument::Compact);
+    }
+    return packetJson;
+}
+
 QByteArray const& host_link_t::change_t::line() const
 {
     if (text.isEmpty()) {
-        QJsonObject line{{QStringLiteral("event"), QStringLiteral("change")},
-                         {QStringLiteral("signal"), signal},
-                         {QStringLiteral("packet"), packet}};
+        // The keys in the order a JSON object writes them: event, key, packet, signal.
+        text = QByteArrayLiteral("{\"event\":\"change\",");
         if (!key.isNull())
-            line.insert(QStringLiteral("key"), key);
-        text = QJsonDocument(line).toJson(QJsonDocument::Compact);
+            text += "\"key\":" + jsonString(key) + ',';
+        text += "\"packet\":" + packetText() + ",\"signal\":" + jsonString(signal) + '}';
     }
     return text;
+}
+
+QByteArray host_link_t::change_t::journalEntry() const
+{
+    QString const topic = QStringLiteral("status/DB/") + database + QLatin1Char('/') + packet.value(topicKey).toString();
+    if (plain())
+        return "{\"payload\":" + payloadText() + ",\"topic\":" + jsonString(topic) + '}';
+    return QJsonDocument(QJsonObject{{topicKey, topic}, {payloadKey, packet.value(payloadKey)}})
+        .toJson(QJsonDocument::Compact);
 }
 
 QJsonObject host_link_t::acceptRequest(QJsonObject const&)

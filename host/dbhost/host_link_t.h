@@ -38,9 +38,19 @@ public:
         /// standard output and on the inspector's feed, made once by the
         /// first link that asks.
         QByteArray const& line() const;
+        /// The payload as compact JSON ("null" for a removal), as the broker carries it.
+        QByteArray const& payloadText() const;
+        /// The change as the status it is journaled as ("status/DB/<database>/<topic>"), one line of JSON.
+        QByteArray journalEntry() const;
 
     private:
+        /// A packet of a topic and a payload only: its text is made of the payload's.
+        bool plain() const;
+        QByteArray const& packetText() const;
+
         mutable QByteArray text;
+        mutable QByteArray payload;
+        mutable QByteArray packetJson;
     };
 
     /// Starts reading; called once, when the session starts.

@@ -535,7 +535,7 @@ void host_mqtt_link_t::reportChange(change_t const& change)
         return;
     QString const relative = packet.value(QStringLiteral("topic")).toString();
     client.publish(prefix + QStringLiteral("status/DB/") + database + QLatin1Char('/') + relative,
-                   encode(packet.value(QStringLiteral("payload"))));
+                   change.payloadText());
 }
 
 void host_mqtt_link_t::reportProblem(QString const&, QJsonObject const&, QString const&)

@@ -463,16 +463,15 @@ void host_session_t::onChangeKey(QJsonObject _packet, QString _key)
 {
     QString const databaseName = routerDatabases.value(sender());
     QString const signal = changeSignalName();
+    host_link_t::change_t change(databaseName, signal, _key, _packet);
     // The journal keeps the change as the status it is reported as: replayed,
-    // it gives the state that was reported, as it does on every client.
+    // it gives the state that was reported, as it does on every client. The
+    // payload's text is made once, for the journal and every link.
     if (saved_file_t* file = fileOf(databaseName)) {
         file->changedSinceSave = true;
-        file->store->journal().append(
-            {{QStringLiteral("topic"), QStringLiteral("status/DB/") + databaseName + QLatin1Char('/')
-                                           + _packet.value(QStringLiteral("topic")).toString()},
-             {QStringLiteral("payload"), _packet.value(QStringLiteral("payload"))}});
+        file->store->journal().appendText(change.journalEntry());
     }
-    deliver([this, change = host_link_t::change_t(databaseName, signal, _key, _packet)] {
+    deliver([this, change = std::move(change)] {
         for (host_link_t* link : std::as_const(links))
             link->reportChange(change);
     });
