@@ -1,6 +1,8 @@
 #ifndef DATABASE_BASE_JSON_MAP_CACHE_T_H
 #define DATABASE_BASE_JSON_MAP_CACHE_T_H
 
+#include <QHash>
+#include <QJsonObject>
 #include <QJsonValue>
 #include <QList>
 #include <QPair>
@@ -51,10 +53,30 @@ public:
         whole = false;
         staleKeys.clear();
         staleObjects.clear();
+        // The image holds the JSON now; keeping it here too would only cost memory.
+        kept.clear();
+        keepsJson = true;
+    }
+
+    /// The JSON of one of the map's objects. A changed object is published and
+    /// then patched into the image, and both want the same JSON: once the image
+    /// keeps this map by object, it is serialized once per change and kept
+    /// until the object changes again or the next rebuild.
+    QJsonObject objectJson(topicbase_t* object)
+    {
+        if (!keepsJson)
+            return object->toJson();
+        auto const found = kept.constFind(object);
+        if (found != kept.constEnd())
+            return found.value();
+        QJsonObject json = object->toJson();
+        kept.insert(object, json);
+        return json;
     }
 
     void storedChanged(topicbase_t* object) override
     {
+        kept.remove(object);
         if (!whole)
             staleObjects.insert(object);
     }
@@ -77,14 +99,22 @@ protected:
         whole = true;
         staleKeys.clear();
         staleObjects.clear();
+        kept.clear();
     }
     /// object leaves the map: it is no longer asked for.
-    void forget(topicbase_t* object) { staleObjects.remove(object); }
+    void forget(topicbase_t* object)
+    {
+        staleObjects.remove(object);
+        kept.remove(object);
+    }
 
     QSet<QString> staleKeys;
     QSet<topicbase_t*> staleObjects;
 
 private:
+    // By object, not key: an object keeps its JSON wherever its key is.
+    QHash<topicbase_t const*, QJsonObject> kept;
+    bool keepsJson = false;
     bool whole = true;
     void const* stampImage = nullptr;
     quint64 stampSerial = 0;

@@ -123,6 +123,37 @@ void putFresh(Map& map, QString const& id, Object* object)
     map.insert(id, object);
 }
 
+/// Counts the packets of single items that a section publishes with other
+/// JSON than the object has at that moment; follows the section into new trees.
+template<class Section>
+class published_t
+{
+public:
+    template<class Current>
+    void follow(Current current)
+    {
+        Section* section = current();
+        if (section == watched)
+            return;
+        watched = section;
+        QObject::connect(section, &database::base::topicbase_t::onUpdated, section,
+                         [this, section](QJsonObject const& packet) {
+                             QStringList const steps = packet.value("topic").toString().split(QLatin1Char('/'));
+                             if (steps.size() != 3)
+                                 return;
+                             auto* object = section->getObjects().value(steps.at(2));
+                             QJsonValue const now = object ? QJsonValue(object->toJson()) : QJsonValue();
+                             if (packet.value("payload") != now)
+                                 ++stale;
+                         });
+    }
+
+    int stale = 0;
+
+private:
+    QPointer<Section> watched;
+};
+
 } // namespace
 
 QMap<QString, QString> hashList(database::persistent::persistent_t* engine)
@@ -168,7 +199,9 @@ private Q_SLOTS:
         QRandomGenerator random(seed);
         database_t db(service_t::client, type_brand_t::HALDO);
         auto* engine = db.getPersistent();
+        published_t<database::persistent::dbs::ps_items_t> published;
         for (int step = 0; step < 3000; ++step) {
+            published.follow([engine] { return engine->getData()->getItems(); });
             int const kind = random.bounded(12);
             QString const id = key(random, keys);
             if (kind < 3) {
@@ -234,6 +267,7 @@ private Q_SLOTS:
             }
         }
         compareWithFull(engine, engine->getData(), -1);
+        QCOMPARE(published.stale, 0);
     }
 
     void realtimeItems_data() { persistentItems_data(); }
@@ -245,7 +279,9 @@ private Q_SLOTS:
         QRandomGenerator random(seed);
         database_t db(service_t::client, type_brand_t::HALDO);
         auto* engine = db.getRealtime();
+        published_t<database::realtime::dbs::rt_items_t> published;
         for (int step = 0; step < 3000; ++step) {
+            published.follow([engine] { return engine->getData()->getItems(); });
             int const kind = random.bounded(10);
             QString const id = key(random, keys);
             if (kind < 3) {
@@ -293,6 +329,7 @@ private Q_SLOTS:
             }
         }
         compareWithFull(engine, engine->getData(), -1);
+        QCOMPARE(published.stale, 0);
     }
 
     /// A rebuild that patches gives what one from scratch gives, also when

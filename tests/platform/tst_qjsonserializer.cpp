@@ -103,6 +103,25 @@ public:
     QObject* m_next = this;
 };
 
+/// Only text, booleans and integers: the kind of class written through compact text.
+class flat_item : public QObject
+{
+    Q_OBJECT
+    Q_CLASSINFO("polymorphic", "true")
+    Q_PROPERTY(QString label MEMBER m_label)
+    Q_PROPERTY(bool on MEMBER m_on)
+    Q_PROPERTY(qint64 big MEMBER m_big)
+    Q_PROPERTY(shapes::base_item::Shade shade MEMBER m_shade)
+
+public:
+    Q_INVOKABLE explicit flat_item(QObject* parent = nullptr) : QObject(parent) {}
+
+    QString m_label;
+    bool m_on = false;
+    qint64 m_big = 0;
+    base_item::Shade m_shade = base_item::Pale;
+};
+
 } // namespace shapes
 
 using namespace shapes;
@@ -334,6 +353,53 @@ private Q_SLOTS:
         QJsonSerializer serializer;
         QCOMPARE(text(serializer.serializeImpl(value)), json);
         QCOMPARE(serializer.deserialize(parse(json), value.metaType().id()), value);
+    }
+
+    void flatObjectAsMemberByMember_data()
+    {
+        QTest::addColumn<QString>("label");
+        QTest::addColumn<qint64>("big");
+        QTest::addColumn<bool>("on");
+        QTest::newRow("plain") << QStringLiteral("item 7") << qint64(7) << true;
+        QTest::newRow("empty, zero") << QString() << qint64(0) << false;
+        QTest::newRow("quote, backslash, slash") << QStringLiteral("a\"b\\c/d") << qint64(-1) << true;
+        QTest::newRow("control characters") << QStringLiteral("\n\t\u0001\u001f\u007f") << qint64(1) << false;
+        QTest::newRow("NUL inside") << QString(QStringLiteral("a%1b").arg(QChar(0))) << qint64(2) << true;
+        QTest::newRow("beyond ASCII") << QStringLiteral("h\u00e9 \u20ac \u00df \uffff") << qint64(3) << true;
+        QTest::newRow("surrogate pair") << QString(QStringLiteral("x") + QChar(0xD83D) + QChar(0xDE00)) << qint64(4)
+                                        << false;
+        QTest::newRow("unpaired high surrogate") << QString(QChar(0xD83D)) << qint64(5) << true;
+        QTest::newRow("unpaired low surrogate") << QString(QChar(0xDE00)) << qint64(6) << true;
+        QTest::newRow("qint64 extremes, low") << QStringLiteral("min") << std::numeric_limits<qint64>::min() << true;
+        QTest::newRow("qint64 extremes, high") << QStringLiteral("max") << std::numeric_limits<qint64>::max()
+                                               << false;
+    }
+
+    void flatObjectAsMemberByMember()
+    {
+        QFETCH(QString, label);
+        QFETCH(qint64, big);
+        QFETCH(bool, on);
+        flat_item item;
+        item.m_label = label;
+        item.m_big = big;
+        item.m_on = on;
+        item.m_shade = base_item::Deep;
+        QJsonObject expected;
+        expected.insert(QStringLiteral("@class"), QStringLiteral("flat_item"));
+        expected.insert(QStringLiteral("label"), label);
+        expected.insert(QStringLiteral("on"), on);
+        expected.insert(QStringLiteral("big"), big);
+        expected.insert(QStringLiteral("shade"), 2);
+        std::unique_ptr<QJsonSerializer> serializer(makeSerializer(QJsonSerializer::Enabled));
+        QJsonValue const json = serializer->serializeImpl(QVariant::fromValue(&item));
+        QCOMPARE(json.toObject(), expected);
+        // The digests are taken over this text.
+        QCOMPARE(QJsonDocument(json.toObject()).toJson(QJsonDocument::Compact),
+                 QJsonDocument(expected).toJson(QJsonDocument::Compact));
+        std::unique_ptr<flat_item> back(serializer->deserialize<flat_item*>(json));
+        QCOMPARE(back->m_label, label);
+        QCOMPARE(back->m_big, big);
     }
 
     void mapKeysKeepTheirOrder()

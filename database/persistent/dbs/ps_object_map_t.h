@@ -253,7 +253,7 @@ public:
     {
         T* object = objects.value(id);
         Q_EMIT section->onUpdated(base::topicbase_t::getPacketUpdated(
-            objectTopic(id), object ? QJsonValue(object->toJson()) : QJsonValue()));
+            objectTopic(id), object ? QJsonValue(objectJson(object)) : QJsonValue()));
     }
 
     /// Remembers the receiver, wires the section and gives every object its topic and wiring.
@@ -340,8 +340,7 @@ public:
             else if (!found.value())
                 entries.append({key, QJsonValue(QJsonValue::Null)});
             else
-                entries.append({key, utility::getInstance()->serializer()->serializeImpl(
-                                         QVariant::fromValue(static_cast<QObject*>(found.value())))});
+                entries.append({key, objectJson(found.value())});
         }
         return entries;
     }
