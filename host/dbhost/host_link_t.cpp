@@ -8,6 +8,17 @@
 
 host_link_t::~host_link_t() = default;
 
+QByteArray host_link_t::jsonText(QJsonValue const& value)
+{
+    if (value.isObject())
+        return QJsonDocument(value.toObject()).toJson(QJsonDocument::Compact);
+    if (value.isArray())
+        return QJsonDocument(value.toArray()).toJson(QJsonDocument::Compact);
+    // A document holds no bare value: write it in an array and drop the brackets.
+    QByteArray const text = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
+    return text.mid(1, text.size() - 2);
+}
+
 host_link_t::change_t::change_t(QString _database, QString _signal, QString _key, QJsonObject _packet)
     : database(std::move(_database))
     , signal(std::move(_signal))
@@ -24,8 +35,7 @@ QString const payloadKey = QStringLiteral("payload");
 /// A string as JSON, escaped as the JSON documents escape it.
 QByteArray jsonString(QString const& value)
 {
-    QByteArray const text = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
-    return text.mid(1, text.size() - 2);
+    return host_link_t::jsonText(value);
 }
 
 } // namespace
@@ -37,15 +47,8 @@ bool host_link_t::change_t::plain() const
 
 QByteArray const& host_link_t::change_t::payloadText() const
 {
-    if (payload.isEmpty()) {
-        QJsonValue const value = packet.value(payloadKey);
-        if (value.isObject())
-            payload = QJsonDocument(value.toObject()).toJson(QJsonDocument::Compact);
-        else if (value.isArray())
-            payload = QJsonDocument(value.toArray()).toJson(QJsonDocument::Compact);
-        else
-            payload = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact).chopped(1).mid(1);
-    }
+    if (payload.isEmpty())
+        payload = jsonText(packet.value(payloadKey));
     return payload;
 }
 

@@ -123,13 +123,7 @@ void host_mqtt_link_t::stop()
 
 QByteArray host_mqtt_link_t::encode(QJsonValue const& value)
 {
-    if (value.isObject())
-        return QJsonDocument(value.toObject()).toJson(QJsonDocument::Compact);
-    if (value.isArray())
-        return QJsonDocument(value.toArray()).toJson(QJsonDocument::Compact);
-    // A document holds no bare value: write it in an array and drop the brackets.
-    QByteArray const text = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
-    return text.mid(1, text.size() - 2);
+    return jsonText(value);
 }
 
 bool host_mqtt_link_t::decode(QByteArray const& body, QJsonValue& value)
