@@ -55,6 +55,14 @@ struct folder_t {
         return writer.commit(error);
     }
 
+    /// Opens journal for appending; what it would replay is not looked at.
+    bool openForWriting(host_journal_t& journal)
+    {
+        QList<QJsonObject> entries;
+        QStringList notes;
+        return journal.open(host_journal_t::fileHash(file), entries, notes);
+    }
+
     QList<QJsonObject> open(QStringList& notes)
     {
         host_journal_t reader(journal);
@@ -132,9 +140,8 @@ private Q_SLOTS:
         folder_t folder;
         QVERIFY(folder.make(0));
         host_journal_t journal(folder.journal);
-        QList<QJsonObject> entries;
+        QVERIFY(folder.openForWriting(journal));
         QStringList notes;
-        QVERIFY(journal.open(host_journal_t::fileHash(folder.file), entries, notes));
         host_committer_t committer;
         QSignalSpy written(&committer, &host_committer_t::written);
         QVERIFY(written.isValid());
@@ -173,9 +180,8 @@ private Q_SLOTS:
         folder_t folder;
         QVERIFY(folder.make(2));
         host_journal_t journal(folder.journal);
-        QList<QJsonObject> entries;
+        QVERIFY(folder.openForWriting(journal));
         QStringList notes;
-        QVERIFY(journal.open(host_journal_t::fileHash(folder.file), entries, notes));
         journal.append(change(2));
         journal.append(change(3));
         host_journal_t::batch_t batch = journal.takeBatch();
