@@ -8,7 +8,10 @@
 
 host_link_t::~host_link_t() = default;
 
-QByteArray host_link_t::jsonText(QJsonValue const& value)
+namespace {
+
+/// Qt's own writer, for what the short path below does not write itself.
+QByteArray documentText(QJsonValue const& value)
 {
     if (value.isObject())
         return QJsonDocument(value.toObject()).toJson(QJsonDocument::Compact);
@@ -17,6 +20,85 @@ QByteArray host_link_t::jsonText(QJsonValue const& value)
     // A document holds no bare value: write it in an array and drop the brackets.
     QByteArray const text = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
     return text.mid(1, text.size() - 2);
+}
+
+/// Appends s quoted when every character stands for itself in JSON
+/// (printable ASCII but quote and backslash); false, with out unchanged, otherwise.
+bool appendPlainString(QByteArray& out, QString const& s)
+{
+    for (QChar const c : s) {
+        char16_t const u = c.unicode();
+        if (u < 0x20 || u >= 0x7f || u == u'"' || u == u'\\')
+            return false;
+    }
+    qsizetype const at = out.size();
+    out.resize(at + s.size() + 2);
+    char* cursor = out.data() + at;
+    *cursor++ = '"';
+    for (QChar const c : s)
+        *cursor++ = char(c.unicode());
+    *cursor = '"';
+    return true;
+}
+
+/// Writes value as QJsonDocument's compact form does: strings, objects and
+/// arrays here, where the text of a change is made, numbers and escaped
+/// strings by Qt's writer.
+void appendJson(QByteArray& out, QJsonValue const& value)
+{
+    switch (value.type()) {
+    case QJsonValue::Null:
+        out += "null";
+        return;
+    case QJsonValue::Bool:
+        out += value.toBool() ? "true" : "false";
+        return;
+    case QJsonValue::String:
+        if (!appendPlainString(out, value.toString()))
+            out += documentText(value);
+        return;
+    case QJsonValue::Object: {
+        QJsonObject const object = value.toObject();
+        out += '{';
+        bool first = true;
+        for (auto it = object.constBegin(); it != object.constEnd(); ++it) {
+            if (!std::exchange(first, false))
+                out += ',';
+            QString const key = it.key();
+            if (!appendPlainString(out, key))
+                out += documentText(key);
+            out += ':';
+            appendJson(out, it.value());
+        }
+        out += '}';
+        return;
+    }
+    case QJsonValue::Array: {
+        QJsonArray const array = value.toArray();
+        out += '[';
+        bool first = true;
+        for (QJsonValue const& element : array) {
+            if (!std::exchange(first, false))
+                out += ',';
+            appendJson(out, element);
+        }
+        out += ']';
+        return;
+    }
+    default:
+        out += documentText(value);
+        return;
+    }
+}
+
+} // namespace
+
+QByteArray host_link_t::jsonText(QJsonValue const& value)
+{
+    QByteArray text;
+    text.reserve(64);
+    appendJson(text, value);
+    return text;
 }
 
 host_link_t::change_t::change_t(QString _database, QString _signal, QString _key, QJsonObject _packet)

@@ -51,6 +51,31 @@ private Q_SLOTS:
             QJsonDocument(QJsonArray{packet.value("payload")}).toJson(QJsonDocument::Compact);
         QCOMPARE(change.payloadText(), wrapped.mid(1, wrapped.size() - 2));
     }
+
+    void jsonTextIsTheDocumentsText_data()
+    {
+        QTest::addColumn<QJsonValue>("value");
+        QString const lone = QString(QChar(0xd800)) + QStringLiteral("x");
+        QTest::newRow("plain string") << QJsonValue("status/DB/realtime/items/objects_list/I1/value");
+        QTest::newRow("empty string") << QJsonValue("");
+        QTest::newRow("control characters") << QJsonValue(QStringLiteral("a\tb\u0001\u001f\b\f\r"));
+        QTest::newRow("delete character") << QJsonValue(QStringLiteral("a\u007fb"));
+        QTest::newRow("non-ASCII and a pair") << QJsonValue(QStringLiteral("\u00e9\u4e2d\U0001F600"));
+        QTest::newRow("lone surrogate") << QJsonValue(lone);
+        QTest::newRow("numbers") << QJsonValue(QJsonArray{0, -7, 21.5, 1e300, 9007199254740993LL, 0.1});
+        QTest::newRow("bools and null") << QJsonValue(QJsonArray{true, false, QJsonValue::Null});
+        QTest::newRow("empty containers") << QJsonValue(QJsonObject{{"a", QJsonArray{}}, {"b", QJsonObject{}}});
+        QTest::newRow("keys to escape and nesting")
+            << QJsonValue(QJsonObject{{"k\"1", QJsonObject{{"\u00e9", QJsonArray{QJsonObject{{"x", "y\\"}}}}}},
+                                      {"", 1}, {"z", QJsonArray{QJsonArray{"a"}, "b"}}});
+    }
+
+    void jsonTextIsTheDocumentsText()
+    {
+        QFETCH(QJsonValue, value);
+        QByteArray const wrapped = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
+        QCOMPARE(host_link_t::jsonText(value), wrapped.mid(1, wrapped.size() - 2));
+    }
 };
 
 QTEST_GUILESS_MAIN(tst_host_change)
