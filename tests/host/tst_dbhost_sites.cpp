@@ -351,15 +351,11 @@ private Q_SLOTS:
     void oneInstallationAcrossBridgedBrokers()
     {
         QTemporaryDir dir;
-        QDir(dir.path()).mkpath("main");
-        QDir(dir.path()).mkpath("far");
-        mqtt_broker_t main(dir.filePath("main"), false);
-        main.acceptBridge();
+        bridged_brokers_t brokers(dir.path());
         QString why;
-        QVERIFY2(main.start(why), qPrintable(why));
-        mqtt_broker_t far(dir.filePath("far"), false);
-        far.bridgeTo(main);
-        QVERIFY2(far.start(why), qPrintable(why));
+        QVERIFY2(brokers.start(why), qPrintable(why));
+        mqtt_broker_t& main = brokers.main;
+        mqtt_broker_t& far = brokers.far;
 
         site_t site(dir.path());
         site.startServer(main, "server");

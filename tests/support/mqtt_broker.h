@@ -283,4 +283,28 @@ private:
     QProcess broker;
 };
 
+/// Two brokers of one site joined as examples/mqtt/bridge.conf joins them:
+/// "main" (where the server is) and "far", each in its folder under root.
+struct bridged_brokers_t
+{
+    explicit bridged_brokers_t(QString const& root)
+        : main((QDir(root).mkpath(QStringLiteral("main")), root + QStringLiteral("/main")), false)
+        , far((QDir(root).mkpath(QStringLiteral("far")), root + QStringLiteral("/far")), false)
+    {
+        main.acceptBridge();
+    }
+    /// The main broker first: its port is known once it runs, and the far
+    /// one's bridge connects to it at once.
+    bool start(QString& why)
+    {
+        if (!main.start(why))
+            return false;
+        far.bridgeTo(main);
+        return far.start(why);
+    }
+
+    mqtt_broker_t main;
+    mqtt_broker_t far;
+};
+
 #endif // TESTS_SUPPORT_MQTT_BROKER_H
