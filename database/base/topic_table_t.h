@@ -6,6 +6,10 @@
 #include <QRegExp>
 #include <QString>
 #include <QStringList>
+#include <QStringView>
+
+#include <algorithm>
+#include <vector>
 
 namespace database {
 namespace base {
@@ -72,19 +76,28 @@ inline QString literalPrefix(QString const& pattern)
  * inserted: QRegExp's own cache of compiled patterns is far smaller than a
  * router's table. A pattern is only tried on a topic that starts with its
  * literal prefix, which every match does: the same pattern wins, at a
- * fraction of the trials; and the outcome for a topic seen before is taken
- * from the last time. A match stores its captures in the pattern, so a
+ * fraction of the trials. The patterns are filed by their prefix up to its
+ * last '/', so a topic only looks at those filed under one of its own
+ * beginnings that end in '/' (and those whose prefix has no '/'), instead of
+ * testing every prefix. The outcome for a topic seen before is taken from the
+ * last time. A match stores its captures in the pattern, so a
  * table must not be used by two threads at once; its owner serialises the calls.
  */
 template<class Callback>
 class topic_table_t
 {
 public:
+    topic_table_t() = default;
+    // The filing and the outcomes point into this table's own entries.
+    topic_table_t(topic_table_t const&) = delete;
+    topic_table_t& operator=(topic_table_t const&) = delete;
+
     void insert(QString const& pattern, Callback callback)
     {
         entries.insert(pattern, entry_t{QRegExp(pattern, Qt::CaseSensitive, QRegExp::RegExp),
                                         literalPrefix(pattern), std::move(callback)});
         known.clear();
+        fileEntries();
     }
 
     /// The callback of the first pattern that matches topic, or null.
@@ -115,6 +128,7 @@ public:
     {
         entries.clear();
         known.clear();
+        fileEntries();
     }
 
 private:
@@ -140,12 +154,27 @@ private:
         auto const seen = known.constFind(topic);
         if (seen != known.constEnd())
             return seen.value();
+        // The candidates, by their rank in pattern order: the same trials as
+        // going through every pattern, minus those whose prefix can't match.
+        candidates.assign(unfiled.cbegin(), unfiled.cend());
+        if (!filed.isEmpty()) {
+            QStringView const view(topic);
+            for (qsizetype slash = view.indexOf(QLatin1Char('/')); slash >= 0;
+                 slash = view.indexOf(QLatin1Char('/'), slash + 1)) {
+                auto const stem = filed.constFind(qHash(view.left(slash + 1)));
+                if (stem != filed.constEnd())
+                    candidates.insert(candidates.end(), stem->cbegin(), stem->cend());
+            }
+            std::sort(candidates.begin(), candidates.end());
+            candidates.erase(std::unique(candidates.begin(), candidates.end()), candidates.end());
+        }
         found_t found;
-        for (auto it = entries.begin(); it != entries.end(); ++it) {
-            if (topic.startsWith(it->prefix) && it->pattern.exactMatch(topic)) {
-                found.entry = &*it;
-                found.first = it->pattern.cap(1);
-                found.captures = it->pattern.capturedTexts();
+        for (qsizetype const rank : candidates) {
+            entry_t* const entry = ranked[size_t(rank)];
+            if (topic.startsWith(entry->prefix) && entry->pattern.exactMatch(topic)) {
+                found.entry = entry;
+                found.first = entry->pattern.cap(1);
+                found.captures = entry->pattern.capturedTexts();
                 break;
             }
         }
@@ -154,7 +183,30 @@ private:
         return known.insert(topic, found).value();
     }
 
+    /// Ranks the entries in pattern order and files each under the digest of
+    /// its prefix up to the last '/' (a digest shared by two stems only adds
+    /// candidates, which the prefix test then turns away).
+    void fileEntries()
+    {
+        ranked.clear();
+        filed.clear();
+        unfiled.clear();
+        for (auto it = entries.begin(); it != entries.end(); ++it) {
+            qsizetype const rank = qsizetype(ranked.size());
+            ranked.push_back(&*it);
+            qsizetype const slash = it->prefix.lastIndexOf(QLatin1Char('/'));
+            if (slash < 0)
+                unfiled.append(rank);
+            else
+                filed[qHash(QStringView(it->prefix).left(slash + 1))].append(rank);
+        }
+    }
+
     QMap<QString, entry_t> entries;
+    std::vector<entry_t*> ranked;
+    QHash<size_t, QList<qsizetype>> filed;
+    QList<qsizetype> unfiled;
+    std::vector<qsizetype> candidates;
     QHash<QString, found_t> known;
 };
 

@@ -22,9 +22,9 @@ QByteArray documentText(QJsonValue const& value)
     return text.mid(1, text.size() - 2);
 }
 
-/// Appends s quoted when every character stands for itself in JSON
+/// Appends s as it stands when every character stands for itself in JSON
 /// (printable ASCII but quote and backslash); false, with out unchanged, otherwise.
-bool appendPlainString(QByteArray& out, QString const& s)
+bool appendPlainChars(QByteArray& out, QStringView s)
 {
     for (QChar const c : s) {
         char16_t const u = c.unicode();
@@ -32,13 +32,24 @@ bool appendPlainString(QByteArray& out, QString const& s)
             return false;
     }
     qsizetype const at = out.size();
-    out.resize(at + s.size() + 2);
+    out.resize(at + s.size());
     char* cursor = out.data() + at;
-    *cursor++ = '"';
     for (QChar const c : s)
         *cursor++ = char(c.unicode());
-    *cursor = '"';
     return true;
+}
+
+/// Appends s as a JSON string, escaped as the JSON documents escape it.
+void appendString(QByteArray& out, QString const& s)
+{
+    qsizetype const at = out.size();
+    out += '"';
+    if (appendPlainChars(out, s)) {
+        out += '"';
+        return;
+    }
+    out.truncate(at);
+    out += documentText(s);
 }
 
 /// Writes value as QJsonDocument's compact form does: strings, objects and
@@ -54,8 +65,7 @@ void appendJson(QByteArray& out, QJsonValue const& value)
         out += value.toBool() ? "true" : "false";
         return;
     case QJsonValue::String:
-        if (!appendPlainString(out, value.toString()))
-            out += documentText(value);
+        appendString(out, value.toString());
         return;
     case QJsonValue::Object: {
         QJsonObject const object = value.toObject();
@@ -64,9 +74,7 @@ void appendJson(QByteArray& out, QJsonValue const& value)
         for (auto it = object.constBegin(); it != object.constEnd(); ++it) {
             if (!std::exchange(first, false))
                 out += ',';
-            QString const key = it.key();
-            if (!appendPlainString(out, key))
-                out += documentText(key);
+            appendString(out, it.key());
             out += ':';
             appendJson(out, it.value());
         }
@@ -114,12 +122,6 @@ namespace {
 QString const topicKey = QStringLiteral("topic");
 QString const payloadKey = QStringLiteral("payload");
 
-/// A string as JSON, escaped as the JSON documents escape it.
-QByteArray jsonString(QString const& value)
-{
-    return host_link_t::jsonText(value);
-}
-
 } // namespace
 
 bool host_link_t::change_t::plain() const
@@ -129,17 +131,28 @@ bool host_link_t::change_t::plain() const
 
 QByteArray const& host_link_t::change_t::payloadText() const
 {
-    if (payload.isEmpty())
-        payload = jsonText(packet.value(payloadKey));
+    if (payload.isEmpty()) {
+        payload.reserve(128);
+        appendJson(payload, packet.value(payloadKey));
+    }
     return payload;
 }
 
 QByteArray const& host_link_t::change_t::packetText() const
 {
     if (packetJson.isEmpty()) {
-        // The keys of a JSON object are written in order: "payload", then "topic".
-        packetJson = plain() ? "{\"payload\":" + payloadText() + ",\"topic\":" + jsonString(packet.value(topicKey).toString()) + '}'
-                             : QJsonDocument(packet).toJson(QJsonDocument::Compact);
+        if (plain()) {
+            // The keys of a JSON object are written in order: "payload", then "topic".
+            QString const topic = packet.value(topicKey).toString();
+            packetJson.reserve(payloadText().size() + topic.size() + 24);
+            packetJson += "{\"payload\":";
+            packetJson += payloadText();
+            packetJson += ",\"topic\":";
+            appendString(packetJson, topic);
+            packetJson += '}';
+        } else {
+            packetJson = QJsonDocument(packet).toJson(QJsonDocument::Compact);
+        }
     }
     return packetJson;
 }
@@ -147,20 +160,44 @@ QByteArray const& host_link_t::change_t::packetText() const
 QByteArray const& host_link_t::change_t::line() const
 {
     if (text.isEmpty()) {
+        QByteArray const& packetPart = packetText();
+        text.reserve(packetPart.size() + key.size() + signal.size() + 48);
         // The keys in the order a JSON object writes them: event, key, packet, signal.
-        text = QByteArrayLiteral("{\"event\":\"change\",");
-        if (!key.isNull())
-            text += "\"key\":" + jsonString(key) + ',';
-        text += "\"packet\":" + packetText() + ",\"signal\":" + jsonString(signal) + '}';
+        text += "{\"event\":\"change\",";
+        if (!key.isNull()) {
+            text += "\"key\":";
+            appendString(text, key);
+            text += ',';
+        }
+        text += "\"packet\":";
+        text += packetPart;
+        text += ",\"signal\":";
+        appendString(text, signal);
+        text += '}';
     }
     return text;
 }
 
 QByteArray host_link_t::change_t::journalEntry() const
 {
-    QString const topic = QStringLiteral("status/DB/") + database + QLatin1Char('/') + packet.value(topicKey).toString();
-    if (plain())
-        return "{\"payload\":" + payloadText() + ",\"topic\":" + jsonString(topic) + '}';
+    QString const relative = packet.value(topicKey).toString();
+    if (plain()) {
+        QByteArray entry;
+        entry.reserve(payloadText().size() + database.size() + relative.size() + 36);
+        entry += "{\"payload\":";
+        entry += payloadText();
+        entry += ",\"topic\":\"status/DB/";
+        if (appendPlainChars(entry, database) && (entry += '/', appendPlainChars(entry, relative))) {
+            entry += "\"}";
+            return entry;
+        }
+    }
+    QString const topic = QStringLiteral("status/DB/") + database + QLatin1Char('/') + relative;
+    if (plain()) {
+        QByteArray entry = "{\"payload\":" + payloadText() + ",\"topic\":";
+        appendString(entry, topic);
+        return entry + '}';
+    }
     return QJsonDocument(QJsonObject{{topicKey, topic}, {payloadKey, packet.value(payloadKey)}})
         .toJson(QJsonDocument::Compact);
 }
