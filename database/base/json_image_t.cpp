@@ -26,14 +26,29 @@ QString sha1Hex(QByteArray const& bytes)
     return QString::fromLatin1(QCryptographicHash::hash(bytes, QCryptographicHash::Sha1).toHex());
 }
 
-/// The digest of the compact text, over the bytes a round trip through
-/// QString gives: the same bytes, unless the text is not valid UTF-8.
-QString compactHash(QJsonObject const& object)
+/// The bytes a digest is taken over: those a round trip through QString
+/// gives, the same bytes unless the text is not valid UTF-8.
+QByteArray hashedBytes(QByteArray bytes)
 {
-    QByteArray bytes = QJsonDocument(object).toJson(QJsonDocument::Compact);
     if (!bytes.isValidUtf8())
         bytes = QString::fromUtf8(bytes).toUtf8();
-    return sha1Hex(bytes);
+    return bytes;
+}
+
+/// The digest of the compact text.
+QString compactHash(QJsonObject const& object)
+{
+    return sha1Hex(hashedBytes(QJsonDocument(object).toJson(QJsonDocument::Compact)));
+}
+
+/// A key that the compact text writes as it stands between its quotes.
+bool plainKey(QString const& key)
+{
+    for (QChar const c : key) {
+        if (c.unicode() < 0x20 || c.unicode() >= 0x7f || c == QLatin1Char('"') || c == QLatin1Char('\\'))
+            return false;
+    }
+    return true;
 }
 
 QJsonValue valueAt(QJsonObject const& root, QStringList const& path)
@@ -172,10 +187,12 @@ void json_image_t::noteChangedSections(QJsonObject const& previous, QJsonObject 
         }
     }
     for (auto it = hashes.begin(); it != hashes.end();) {
-        if (next.contains(it.key()))
+        if (next.contains(it.key())) {
             ++it;
-        else
+        } else {
+            sectionTexts.remove(it.key());
             it = hashes.erase(it);
+        }
     }
     if (changed)
         wholeStale = true;
@@ -184,14 +201,39 @@ void json_image_t::noteChangedSections(QJsonObject const& previous, QJsonObject 
 void json_image_t::refreshHashes() const
 {
     for (auto it = jdata.constBegin(); it != jdata.constEnd(); ++it) {
-        if (staleSections.contains(it.key()) || !hashes.contains(it.key()))
-            hashes.insert(it.key(), compactHash(it.value().toObject()));
+        if (staleSections.contains(it.key()) || !hashes.contains(it.key())) {
+            QByteArray text = QJsonDocument(it.value().toObject()).toJson(QJsonDocument::Compact);
+            hashes.insert(it.key(), sha1Hex(hashedBytes(text)));
+            sectionTexts.insert(it.key(), std::move(text));
+        }
     }
     staleSections.clear();
     if (wholeStale) {
-        wholeHash = compactHash(jdata);
+        wholeHash = wholeDigest();
         wholeStale = false;
     }
+}
+
+QString json_image_t::wholeDigest() const
+{
+    // The whole's compact text is its sections' texts between their keys:
+    // the digest is taken over those pieces, without writing the whole again.
+    // Where that may not hold byte for byte, the whole is written.
+    QCryptographicHash digest(QCryptographicHash::Sha1);
+    digest.addData(QByteArrayView("{", 1));
+    bool first = true;
+    for (auto it = jdata.constBegin(); it != jdata.constEnd(); ++it) {
+        auto const text = sectionTexts.constFind(it.key());
+        if (!it.value().isObject() || text == sectionTexts.constEnd() || !plainKey(it.key())
+            || !text->isValidUtf8())
+            return compactHash(jdata);
+        QByteArray const key = (first ? "\"" : ",\"") + it.key().toLatin1() + "\":";
+        first = false;
+        digest.addData(key);
+        digest.addData(*text);
+    }
+    digest.addData(QByteArrayView("}", 1));
+    return QString::fromLatin1(digest.result().toHex());
 }
 
 QString const& json_image_t::hash() const
@@ -218,6 +260,7 @@ void json_image_t::calculateHash()
 {
     QMutexLocker locker(&hashMutex);
     hashes.clear();
+    sectionTexts.clear();
     staleSections.clear();
     wholeStale = true;
     refreshHashes();

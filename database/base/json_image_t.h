@@ -1,6 +1,7 @@
 #ifndef DATABASE_BASE_JSON_IMAGE_T_H
 #define DATABASE_BASE_JSON_IMAGE_T_H
 
+#include <QHash>
 #include <QJsonObject>
 #include <QMap>
 #include <QMutex>
@@ -104,6 +105,8 @@ private:
     void noteChangedSections(QJsonObject const& previous, QJsonObject const& next,
                              QList<QStringList> const& kept, QList<patch_t> const& patches);
     void refreshHashes() const;
+    /// The digest of the whole image's compact text.
+    QString wholeDigest() const;
 
     QJsonObject jdata;
     // Counts the successful rebuilds: a map's kept JSON belongs to one of them.
@@ -114,6 +117,9 @@ private:
     mutable QMutex hashMutex;
     mutable QString wholeHash;
     mutable QMap<QString, QString> hashes;
+    // Each section's compact text as last hashed: the whole's digest is
+    // taken over them instead of writing the whole image again.
+    mutable QHash<QString, QByteArray> sectionTexts;
     mutable QSet<QString> staleSections;
     mutable bool wholeStale = true;
 };
