@@ -496,6 +496,9 @@ void host_http_link_t::sendFeed(QByteArray const& lines)
             subscriber.behind = false;
         }
         subscriber.socket->sendBinaryMessage(lines);
+        // Into the kernel now: a busy loop would otherwise let the batches
+        // pile up in the socket's buffer and reach the reader only once the burst is over.
+        subscriber.socket->flush();
     }
 }
 
