@@ -572,6 +572,42 @@ private Q_SLOTS:
         QCOMPARE(fed, host.changes().mid(already));
     }
 
+    /// A burst that keeps the host busy to its end: the reader still gets
+    /// every change line, up to the last one before the host leaves.
+    void feedDeliversABurstToTheLastLineBeforeExit()
+    {
+        QTemporaryDir dir;
+        host_t host(dir.path());
+        QVERIFY2(host.port > 0, qPrintable(host.errors));
+        QWebSocket feed;
+        QByteArray received;
+        connect(&feed, &QWebSocket::binaryMessageReceived, this,
+                [&](QByteArray const& message) { received += message; });
+        QSignalSpy connected(&feed, &QWebSocket::connected);
+        QSignalSpy disconnected(&feed, &QWebSocket::disconnected);
+        QVERIFY(connected.isValid() && disconnected.isValid());
+        feed.open(QUrl(QStringLiteral("ws://127.0.0.1:%1/feed").arg(host.port)));
+        QVERIFY(connected.wait(10000));
+        host.send(itemLine("burst_item", "Burst"));
+        QByteArray burst;
+        for (int n = 0; n < 20000; ++n)
+            burst += "{\"topic\":\"status/DB/realtime/items/objects_list/burst_item/value\",\"payload\":\""
+                     + QByteArray::number(n) + "\"}\n";
+        host.process.write(burst);
+        host.process.closeWriteChannel();
+        QVERIFY(host.process.waitForFinished(60000));
+        QCOMPARE(disconnected.count() > 0 || disconnected.wait(10000), true);
+        QList<QJsonObject> fed;
+        for (QByteArray const& line : received.split('\n')) {
+            if (!line.isEmpty())
+                fed.append(QJsonDocument::fromJson(line).object());
+        }
+        QList<QJsonObject> const printed = host.changes();
+        QVERIFY(printed.size() > 20000);
+        QCOMPARE(fed.size(), printed.size());
+        QCOMPARE(fed.constLast(), printed.constLast());
+    }
+
     void startIsRefused_data()
     {
         QTest::addColumn<QStringList>("arguments");
