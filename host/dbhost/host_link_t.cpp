@@ -180,26 +180,18 @@ QByteArray const& host_link_t::change_t::line() const
 
 QByteArray host_link_t::change_t::journalEntry() const
 {
-    QString const relative = packet.value(topicKey).toString();
-    if (plain()) {
-        QByteArray entry;
-        entry.reserve(payloadText().size() + database.size() + relative.size() + 36);
-        entry += "{\"payload\":";
-        entry += payloadText();
-        entry += ",\"topic\":\"status/DB/";
-        if (appendPlainChars(entry, database) && (entry += '/', appendPlainChars(entry, relative))) {
-            entry += "\"}";
-            return entry;
-        }
-    }
-    QString const topic = QStringLiteral("status/DB/") + database + QLatin1Char('/') + relative;
-    if (plain()) {
-        QByteArray entry = "{\"payload\":" + payloadText() + ",\"topic\":";
-        appendString(entry, topic);
-        return entry + '}';
-    }
-    return QJsonDocument(QJsonObject{{topicKey, topic}, {payloadKey, packet.value(payloadKey)}})
-        .toJson(QJsonDocument::Compact);
+    QString const topic = QStringLiteral("status/DB/") + database + QLatin1Char('/') + packet.value(topicKey).toString();
+    if (!plain())
+        return QJsonDocument(QJsonObject{{topicKey, topic}, {payloadKey, packet.value(payloadKey)}})
+            .toJson(QJsonDocument::Compact);
+    QByteArray entry;
+    entry.reserve(payloadText().size() + topic.size() + 24);
+    entry += "{\"payload\":";
+    entry += payloadText();
+    entry += ",\"topic\":";
+    appendString(entry, topic);
+    entry += '}';
+    return entry;
 }
 
 QJsonObject host_link_t::acceptRequest(QJsonObject const&)
