@@ -14,6 +14,7 @@
 
 #include <utility>
 
+#include "host_json_t.h"
 #include "host_store_t.h"
 
 namespace {
@@ -214,7 +215,7 @@ bool host_journal_t::create(QByteArray const& follows, QString& error)
 
 void host_journal_t::append(QJsonObject const& entry)
 {
-    appendText(QJsonDocument(entry).toJson(QJsonDocument::Compact));
+    appendText(host_json_t::text(entry));
 }
 
 void host_journal_t::appendText(QByteArray const& entry)
@@ -292,8 +293,10 @@ bool host_journal_t::commit(QString& error)
 bool host_journal_t::prepareNext(QByteArray const& follows, QList<QJsonObject> const& carried, QString& error)
 {
     QByteArray text = headerLine(follows);
-    for (QJsonObject const& entry : carried)
-        text += QJsonDocument(entry).toJson(QJsonDocument::Compact) + '\n';
+    for (QJsonObject const& entry : carried) {
+        host_json_t::append(text, entry);
+        text += '\n';
+    }
     QString const next = nextPath();
     // Journals carry what the databases carry: only the owner reads them.
     int const out = ::open(QFile::encodeName(next).constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);

@@ -1,113 +1,14 @@
 #include "host_link_t.h"
 
 #include <QCoreApplication>
-#include <QJsonArray>
-#include <QJsonDocument>
 
 #include <utility>
 
+#include "host_json_t.h"
+
 host_link_t::~host_link_t() = default;
 
-namespace {
 
-/// Qt's own writer, for what the short path below does not write itself.
-QByteArray documentText(QJsonValue const& value)
-{
-    if (value.isObject())
-        return QJsonDocument(value.toObject()).toJson(QJsonDocument::Compact);
-    if (value.isArray())
-        return QJsonDocument(value.toArray()).toJson(QJsonDocument::Compact);
-    // A document holds no bare value: write it in an array and drop the brackets.
-    QByteArray const text = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
-    return text.mid(1, text.size() - 2);
-}
-
-/// Appends s as it stands when every character stands for itself in JSON
-/// (printable ASCII but quote and backslash); false, with out unchanged, otherwise.
-bool appendPlainChars(QByteArray& out, QStringView s)
-{
-    for (QChar const c : s) {
-        char16_t const u = c.unicode();
-        if (u < 0x20 || u >= 0x7f || u == u'"' || u == u'\\')
-            return false;
-    }
-    qsizetype const at = out.size();
-    out.resize(at + s.size());
-    char* cursor = out.data() + at;
-    for (QChar const c : s)
-        *cursor++ = char(c.unicode());
-    return true;
-}
-
-/// Appends s as a JSON string, escaped as the JSON documents escape it.
-void appendString(QByteArray& out, QString const& s)
-{
-    qsizetype const at = out.size();
-    out += '"';
-    if (appendPlainChars(out, s)) {
-        out += '"';
-        return;
-    }
-    out.truncate(at);
-    out += documentText(s);
-}
-
-/// Writes value as QJsonDocument's compact form does: strings, objects and
-/// arrays here, where the text of a change is made, numbers and escaped
-/// strings by Qt's writer.
-void appendJson(QByteArray& out, QJsonValue const& value)
-{
-    switch (value.type()) {
-    case QJsonValue::Null:
-        out += "null";
-        return;
-    case QJsonValue::Bool:
-        out += value.toBool() ? "true" : "false";
-        return;
-    case QJsonValue::String:
-        appendString(out, value.toString());
-        return;
-    case QJsonValue::Object: {
-        QJsonObject const object = value.toObject();
-        out += '{';
-        bool first = true;
-        for (auto it = object.constBegin(); it != object.constEnd(); ++it) {
-            if (!std::exchange(first, false))
-                out += ',';
-            appendString(out, it.key());
-            out += ':';
-            appendJson(out, it.value());
-        }
-        out += '}';
-        return;
-    }
-    case QJsonValue::Array: {
-        QJsonArray const array = value.toArray();
-        out += '[';
-        bool first = true;
-        for (QJsonValue const& element : array) {
-            if (!std::exchange(first, false))
-                out += ',';
-            appendJson(out, element);
-        }
-        out += ']';
-        return;
-    }
-    default:
-        out += documentText(value);
-        return;
-    }
-}
-
-} // namespace
-
-QByteArray host_link_t::jsonText(QJsonValue const& value)
-{
-    QByteArray text;
-    text.reserve(64);
-    appendJson(text, value);
-    return text;
-}
 
 host_link_t::change_t::change_t(QString _database, QString _signal, QString _key, QJsonObject _packet)
     : database(std::move(_database))
@@ -133,7 +34,7 @@ QByteArray const& host_link_t::change_t::payloadText() const
 {
     if (payload.isEmpty()) {
         payload.reserve(128);
-        appendJson(payload, packet.value(payloadKey));
+        host_json_t::append(payload, packet.value(payloadKey));
     }
     return payload;
 }
@@ -148,10 +49,10 @@ QByteArray const& host_link_t::change_t::packetText() const
             packetJson += "{\"payload\":";
             packetJson += payloadText();
             packetJson += ",\"topic\":";
-            appendString(packetJson, topic);
+            host_json_t::appendString(packetJson, topic);
             packetJson += '}';
         } else {
-            packetJson = QJsonDocument(packet).toJson(QJsonDocument::Compact);
+            packetJson = host_json_t::text(packet);
         }
     }
     return packetJson;
@@ -166,13 +67,13 @@ QByteArray const& host_link_t::change_t::line() const
         text += "{\"event\":\"change\",";
         if (!key.isNull()) {
             text += "\"key\":";
-            appendString(text, key);
+            host_json_t::appendString(text, key);
             text += ',';
         }
         text += "\"packet\":";
         text += packetPart;
         text += ",\"signal\":";
-        appendString(text, signal);
+        host_json_t::appendString(text, signal);
         text += '}';
     }
     return text;
@@ -182,14 +83,13 @@ QByteArray host_link_t::change_t::journalEntry() const
 {
     QString const topic = QStringLiteral("status/DB/") + database + QLatin1Char('/') + packet.value(topicKey).toString();
     if (!plain())
-        return QJsonDocument(QJsonObject{{topicKey, topic}, {payloadKey, packet.value(payloadKey)}})
-            .toJson(QJsonDocument::Compact);
+        return host_json_t::text(QJsonObject{{topicKey, topic}, {payloadKey, packet.value(payloadKey)}});
     QByteArray entry;
     entry.reserve(payloadText().size() + topic.size() + 24);
     entry += "{\"payload\":";
     entry += payloadText();
     entry += ",\"topic\":";
-    appendString(entry, topic);
+    host_json_t::appendString(entry, topic);
     entry += '}';
     return entry;
 }

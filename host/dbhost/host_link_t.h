@@ -61,8 +61,6 @@ public:
 
     /// A request raised in this process, by its engines or by its own users.
     virtual void forwardRequest(QJsonObject const& packet) = 0;
-    /// A JSON value as compact text, bare values included ("null", "3", "\"a\"").
-    static QByteArray jsonText(QJsonValue const& value);
 
     /// A change of a database of this process.
     virtual void reportChange(change_t const& change) = 0;

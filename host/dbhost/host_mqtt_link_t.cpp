@@ -9,6 +9,7 @@
 
 #include <cstdio>
 
+#include "host_json_t.h"
 #include "host_metrics_t.h"
 
 namespace {
@@ -123,7 +124,7 @@ void host_mqtt_link_t::stop()
 
 QByteArray host_mqtt_link_t::encode(QJsonValue const& value)
 {
-    return jsonText(value);
+    return host_json_t::text(value);
 }
 
 bool host_mqtt_link_t::decode(QByteArray const& body, QJsonValue& value)
@@ -133,6 +134,15 @@ bool host_mqtt_link_t::decode(QByteArray const& body, QJsonValue& value)
         return true;
     }
     QJsonParseError error{};
+    // An object, as nearly every body is, is a document of its own; a bare
+    // value is read as the one element of an array.
+    if (body.startsWith('{')) {
+        QJsonDocument const document = QJsonDocument::fromJson(body, &error);
+        if (error.error != QJsonParseError::NoError)
+            return false;
+        value = document.object();
+        return true;
+    }
     QJsonDocument const document = QJsonDocument::fromJson('[' + body + ']', &error);
     if (error.error != QJsonParseError::NoError || document.array().size() != 1)
         return false;

@@ -4,6 +4,8 @@
 
 #include <cstdio>
 
+#include "host_json_t.h"
+
 namespace {
 
 // Lines handed to the library in one turn of the event loop: their changes
@@ -132,7 +134,7 @@ void host_stdio_link_t::handleLine(QByteArray const& line)
 
 void host_stdio_link_t::writeLine(QJsonObject const& line) const
 {
-    writeText(QJsonDocument(line).toJson(QJsonDocument::Compact));
+    writeText(host_json_t::text(line));
 }
 
 void host_stdio_link_t::writeText(QByteArray const& text) const

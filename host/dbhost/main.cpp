@@ -79,6 +79,12 @@ int dump(host_store_t const& store, QString const& section, std::function<QJsonO
 
 int main(int argc, char* argv[])
 {
+    // Qt's own Unix event dispatcher, unless asked otherwise: it wakes the
+    // loop once for all the events posted meanwhile, where the GLib one writes
+    // its wake-up descriptor for each, and the library posts about fifteen
+    // events for every change a message brings.
+    if (!qEnvironmentVariableIsSet("QT_NO_GLIB"))
+        qputenv("QT_NO_GLIB", "1");
     host_application_t app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("dbhost"));
     QCoreApplication::setApplicationVersion(database::database_t::getVersion());

@@ -6,6 +6,7 @@
 #include <QJsonDocument>
 #include <QtTest>
 
+#include "host_json_t.h"
 #include "host_link_t.h"
 
 class tst_host_change : public QObject
@@ -74,7 +75,7 @@ private Q_SLOTS:
     {
         QFETCH(QJsonValue, value);
         QByteArray const wrapped = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
-        QCOMPARE(host_link_t::jsonText(value), wrapped.mid(1, wrapped.size() - 2));
+        QCOMPARE(host_json_t::text(value), wrapped.mid(1, wrapped.size() - 2));
     }
 };
 

@@ -1,0 +1,106 @@
+#include "host_json_t.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <utility>
+
+namespace {
+
+/// Qt's own writer, for what the short path below does not write itself.
+QByteArray documentText(QJsonValue const& value)
+{
+    if (value.isObject())
+        return QJsonDocument(value.toObject()).toJson(QJsonDocument::Compact);
+    if (value.isArray())
+        return QJsonDocument(value.toArray()).toJson(QJsonDocument::Compact);
+    // A document holds no bare value: write it in an array and drop the brackets.
+    QByteArray const text = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
+    return text.mid(1, text.size() - 2);
+}
+
+/// Appends s as it stands when every character stands for itself in JSON
+/// (printable ASCII but quote and backslash); false, with out unchanged, otherwise.
+bool appendPlainChars(QByteArray& out, QStringView s)
+{
+    for (QChar const c : s) {
+        char16_t const u = c.unicode();
+        if (u < 0x20 || u >= 0x7f || u == u'"' || u == u'\\')
+            return false;
+    }
+    qsizetype const at = out.size();
+    out.resize(at + s.size());
+    char* cursor = out.data() + at;
+    for (QChar const c : s)
+        *cursor++ = char(c.unicode());
+    return true;
+}
+
+} // namespace
+
+void host_json_t::appendString(QByteArray& out, QString const& s)
+{
+    qsizetype const at = out.size();
+    out += '"';
+    if (appendPlainChars(out, s)) {
+        out += '"';
+        return;
+    }
+    out.truncate(at);
+    out += documentText(s);
+}
+
+// Strings, objects and arrays here; numbers and escaped strings by Qt's
+// writer, which decides their exact form.
+void host_json_t::append(QByteArray& out, QJsonValue const& value)
+{
+    switch (value.type()) {
+    case QJsonValue::Null:
+        out += "null";
+        return;
+    case QJsonValue::Bool:
+        out += value.toBool() ? "true" : "false";
+        return;
+    case QJsonValue::String:
+        appendString(out, value.toString());
+        return;
+    case QJsonValue::Object: {
+        QJsonObject const object = value.toObject();
+        out += '{';
+        bool first = true;
+        for (auto it = object.constBegin(); it != object.constEnd(); ++it) {
+            if (!std::exchange(first, false))
+                out += ',';
+            appendString(out, it.key());
+            out += ':';
+            append(out, it.value());
+        }
+        out += '}';
+        return;
+    }
+    case QJsonValue::Array: {
+        QJsonArray const array = value.toArray();
+        out += '[';
+        bool first = true;
+        for (QJsonValue const& element : array) {
+            if (!std::exchange(first, false))
+                out += ',';
+            append(out, element);
+        }
+        out += ']';
+        return;
+    }
+    default:
+        out += documentText(value);
+        return;
+    }
+}
+
+QByteArray host_json_t::text(QJsonValue const& value)
+{
+    QByteArray out;
+    out.reserve(64);
+    append(out, value);
+    return out;
+}

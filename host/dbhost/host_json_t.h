@@ -1,0 +1,25 @@
+#ifndef HOST_DBHOST_HOST_JSON_T_H
+#define HOST_DBHOST_HOST_JSON_T_H
+
+#include <QByteArray>
+#include <QJsonValue>
+#include <QString>
+
+/**
+ * The compact JSON text of a value, byte for byte what QJsonDocument writes,
+ * made without a document: the host writes a text for every change, request
+ * and journal entry, and a document per value costs several times the text.
+ * Used by the links, the journal and the standard output.
+ */
+class host_json_t
+{
+public:
+    /// A JSON value as compact text, bare values included ("null", "3", "\"a\"").
+    static QByteArray text(QJsonValue const& value);
+    /// Appends the compact text of value to out.
+    static void append(QByteArray& out, QJsonValue const& value);
+    /// Appends s as a JSON string, escaped as the JSON documents escape it.
+    static void appendString(QByteArray& out, QString const& s);
+};
+
+#endif // HOST_DBHOST_HOST_JSON_T_H
