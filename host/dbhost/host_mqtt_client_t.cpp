@@ -256,7 +256,7 @@ bool host_mqtt_client_t::publish(QString const& topic, QByteArray const& payload
     return rc == MOSQ_ERR_SUCCESS;
 }
 
-bool host_mqtt_client_t::subscribe(QStringList const& filters, bool noLocal)
+bool host_mqtt_client_t::subscribe(QStringList const& filters, bool noLocal, int qos)
 {
     if (!mosq || filters.isEmpty())
         return false;
@@ -266,7 +266,7 @@ bool host_mqtt_client_t::subscribe(QStringList const& filters, bool noLocal)
         texts.push_back(filter.toUtf8());
     for (QByteArray& text : texts)
         pointers.push_back(text.data());
-    int const rc = mosquitto_subscribe_multiple(mosq, nullptr, int(pointers.size()), pointers.data(), 1,
+    int const rc = mosquitto_subscribe_multiple(mosq, nullptr, int(pointers.size()), pointers.data(), qos,
                                                 noLocal ? MQTT_SUB_OPT_NO_LOCAL : 0, nullptr);
     followWrites();
     return rc == MOSQ_ERR_SUCCESS;

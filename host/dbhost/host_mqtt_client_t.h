@@ -62,9 +62,9 @@ public:
     /// refused it.
     bool publish(QString const& topic, QByteArray const& payload, bool retain = false,
                  QMap<QString, QString> const& properties = {});
-    /// Subscribes at QoS 1; with noLocal the broker doesn't send back what this
-    /// client published itself.
-    bool subscribe(QStringList const& filters, bool noLocal = false);
+    /// Subscribes at qos (1 unless asked otherwise); with noLocal the broker
+    /// doesn't send back what this client published itself.
+    bool subscribe(QStringList const& filters, bool noLocal = false, int qos = 1);
 
 Q_SIGNALS:
     void connected();

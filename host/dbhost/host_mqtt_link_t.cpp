@@ -166,8 +166,13 @@ void host_mqtt_link_t::onConnected()
         publishPresence(true);
     } else {
         serverOnline = false;
-        client.subscribe({prefix + QStringLiteral("status/DB/#"), prefix + presenceTopic,
-                          prefix + sectionsTopic + clientId, prefix + appliedTopic + clientId});
+        // Status at QoS 0: with a clean session nothing is delivered again
+        // after a reconnection whatever the QoS, a live connection loses
+        // nothing, and a broker's full queue drops either kind; the hashes
+        // find what is missed. Acknowledging each message cost the broker and
+        // every client a packet and its bookkeeping per status.
+        client.subscribe({prefix + QStringLiteral("status/DB/#")}, false, 0);
+        client.subscribe({prefix + presenceTopic, prefix + sectionsTopic + clientId, prefix + appliedTopic + clientId});
     }
 }
 
