@@ -180,14 +180,19 @@ std::optional<figures_t> runOurs(workload_t const& w, QString const& root)
         qWarning("%s", qPrintable(why));
         return std::nullopt;
     }
+    // Only the followers' item changes are counted: the harness reads no other line.
+    QByteArray const counted = "\"signal\":\"onPersistentChangeItem\"";
     dbhost_process_t server(root + "/server");
+    server.keepLinesWith(counted);
     server.start(QStringList{"--role", "server"} + broker.hostArguments("server"));
     dbhost_process_t writer(root + "/writer");
+    writer.keepLinesWith(counted);
     writer.start(QStringList{"--role", "client", "--mqtt-client-id", "writer"} + broker.hostArguments("client"));
     std::vector<std::unique_ptr<dbhost_process_t>> readers;
     QList<dbhost_process_t*> watched;
     for (int f = 0; f < followers; ++f) {
         readers.push_back(std::make_unique<dbhost_process_t>(root + QStringLiteral("/follower%1").arg(f)));
+        readers.back()->keepLinesWith(counted);
         readers.back()->start(QStringList{"--role", "client", "--mqtt-client-id", QStringLiteral("follower%1").arg(f)}
                               + broker.hostArguments("client"));
         watched << readers.back().get();

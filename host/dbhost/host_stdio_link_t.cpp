@@ -16,9 +16,10 @@ constexpr int linesPerTurn = 4096;
 #include <fcntl.h>
 #include <unistd.h>
 
-host_stdio_link_t::host_stdio_link_t(bool _local, QObject* parent)
+host_stdio_link_t::host_stdio_link_t(bool _local, bool _statusAfterLines, QObject* parent)
     : host_link_t(parent)
     , local(_local)
+    , statusAfterLines(_statusAfterLines)
 {
     // A timer, not a posted call: the batch never runs inside a settling of the library's events.
     nextLines.setSingleShot(true);
@@ -134,15 +135,15 @@ void host_stdio_link_t::handleLine(QByteArray const& line)
 
 void host_stdio_link_t::writeLine(QJsonObject const& line) const
 {
-    writeText(host_json_t::text(line));
+    // Beside a broker a request's line goes before the request itself.
+    writeText(host_json_t::text(line), local);
 }
 
-void host_stdio_link_t::writeText(QByteArray const& text) const
+void host_stdio_link_t::writeText(QByteArray const& text, bool flush) const
 {
     std::fwrite(text.constData(), 1, size_t(text.size()), stdout);
     std::fputc('\n', stdout);
-    // Beside a broker the line goes before the same change is published.
-    if (local)
+    if (flush)
         std::fflush(stdout);
 }
 
@@ -158,7 +159,9 @@ void host_stdio_link_t::forwardRequest(QJsonObject const& packet)
 
 void host_stdio_link_t::reportChange(change_t const& change)
 {
-    writeText(change.line());
+    // A client's change lines go together, on flushOutput(): only the
+    // server's status must find its line already out.
+    writeText(change.line(), statusAfterLines);
 }
 
 void host_stdio_link_t::reportProblem(QString const& event, QJsonObject const& packet, QString const& message)

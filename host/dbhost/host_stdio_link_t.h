@@ -18,7 +18,9 @@ class host_stdio_link_t : public host_link_t
 {
     Q_OBJECT
 public:
-    explicit host_stdio_link_t(bool local, QObject* parent = nullptr);
+    /// With statusAfterLines (a server beside a broker), each change line is
+    /// flushed before the status of the same change can be published.
+    explicit host_stdio_link_t(bool local, bool statusAfterLines = false, QObject* parent = nullptr);
 
     void start() override;
     void stop() override;
@@ -36,10 +38,11 @@ private:
     void scheduleNextLine();
     void handleLine(QByteArray const& line);
     void writeLine(QJsonObject const& line) const;
-    /// One line of JSON text, with its newline.
-    void writeText(QByteArray const& text) const;
+    /// One line of JSON text, with its newline; flushed at once when asked.
+    void writeText(QByteArray const& text, bool flush) const;
 
     bool local = false;
+    bool statusAfterLines = false;
     QSocketNotifier* input = nullptr;
     /// The next batch of lines, on a later turn of the event loop.
     QTimer nextLines;

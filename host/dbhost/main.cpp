@@ -269,7 +269,7 @@ int main(int argc, char* argv[])
 
     host_session_t session(&database, &store, &liveStore, &presenceStore);
     // Beside a broker, standard input is this process's own: its end ends nothing.
-    host_stdio_link_t stdio(parser.isSet(mqtt));
+    host_stdio_link_t stdio(parser.isSet(mqtt), parser.isSet(mqtt) && service == service_t::server);
     session.addLink(&stdio);
     std::unique_ptr<host_mqtt_link_t> network;
     if (parser.isSet(mqtt)) {

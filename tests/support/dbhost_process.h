@@ -36,11 +36,13 @@ public:
         QObject::connect(&process, &QProcess::readyReadStandardOutput, [this] {
             qint64 const now = clock.nsecsElapsed();
             pending += process.readAllStandardOutput();
-            qsizetype end = 0;
-            while ((end = pending.indexOf('\n')) >= 0) {
-                lines.append({QJsonDocument::fromJson(pending.left(end)).object(), now});
-                pending.remove(0, end + 1);
+            qsizetype start = 0;
+            for (qsizetype end = 0; (end = pending.indexOf('\n', start)) >= 0; start = end + 1) {
+                QByteArrayView const line(pending.constData() + start, end - start);
+                if (keptText.isEmpty() || line.contains(keptText))
+                    lines.append({QJsonDocument::fromJson(line.toByteArray()).object(), now});
             }
+            pending.remove(0, start);
         });
         QObject::connect(&process, &QProcess::readyReadStandardError,
                          [this] { errors += QString::fromUtf8(process.readAllStandardError()); });
@@ -56,6 +58,10 @@ public:
                           + arguments);
         process.waitForStarted(10000);
     }
+
+    /// Keeps only the output lines that hold text (a benchmark's reader
+    /// parses no more than it counts); all of them when empty.
+    void keepLinesWith(QByteArray const& text) { keptText = text; }
 
     bool running() const { return process.state() == QProcess::Running; }
     qint64 pid() const { return process.processId(); }
@@ -150,6 +156,7 @@ private:
     QString data;
     QProcess process;
     QByteArray pending;
+    QByteArray keptText;
     QElapsedTimer clock;
 };
 
