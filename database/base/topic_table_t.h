@@ -3,6 +3,7 @@
 
 #include <QHash>
 #include <QMap>
+#include <QSet>
 #include <QRegExp>
 #include <QString>
 #include <QStringList>
@@ -69,6 +70,258 @@ inline QString literalPrefix(QString const& pattern)
 }
 
 /**
+ * What a topic table knows of a pattern besides its QRegExp, so that most
+ * trials need no regular expression: the characters that any match can hold
+ * (a topic with another one can't match), and for the forms most patterns
+ * take, the match itself. Those forms are a literal, then at most one
+ * captured run of word characters "(\w+)" followed by a literal that starts
+ * with anything but a word character, then "$" or "/?.*$".
+ */
+class topic_pattern_t
+{
+public:
+    explicit topic_pattern_t(QString const& pattern)
+    {
+        noteCharacters(pattern);
+        readForm(pattern);
+    }
+
+    /// False when no topic of these characters can match; true when one may.
+    bool mayMatch(QStringView topic) const
+    {
+        if (anyCharacter)
+            return true;
+        for (QChar const c : topic) {
+            char16_t const u = c.unicode();
+            if ((u < 128 ? ascii[u] : others.contains(u)) || (word && isWord(c)) || (digit && c.isDigit())
+                || (space && c.isSpace()))
+                continue;
+            return false;
+        }
+        return true;
+    }
+
+    /// True when match() answers for the pattern.
+    bool simple() const { return form; }
+
+    /// For a simple pattern: whether topic matches it as a whole, with the
+    /// captures QRegExp gives (the whole topic, then the run when captured).
+    bool match(QString const& topic, QStringList& captures) const
+    {
+        // Tested only when not empty: a null topic doesn't start with an empty text.
+        if (!head.isEmpty() && !topic.startsWith(head))
+            return false;
+        qsizetype at = head.size();
+        qsizetype run = 0;
+        if (captured) {
+            while (at + run < topic.size() && isWord(topic.at(at + run)))
+                ++run;
+            if (run == 0)
+                return false;
+            at += run;
+        }
+        if (!tail.isEmpty() && !QStringView(topic).mid(at).startsWith(tail))
+            return false;
+        at += tail.size();
+        if (!anyRest && at != topic.size())
+            return false;
+        captures = QStringList{topic};
+        if (captured)
+            captures.append(topic.mid(head.size(), run));
+        return true;
+    }
+
+    /// QRegExp's word character.
+    static bool isWord(QChar c) { return c.isLetterOrNumber() || c.isMark() || c == QLatin1Char('_'); }
+
+private:
+    static bool isSpecial(QChar c) { return QStringView(u".[]()*+?{}|^$\\").contains(c); }
+
+    void addCharacter(char16_t u)
+    {
+        if (u < 128)
+            ascii[u] = true;
+        else
+            others.insert(u);
+    }
+
+    /// An escaped character: a class sets its flag, an assertion adds
+    /// nothing, anything else that isn't a plain character may be anything.
+    void addEscape(QChar e)
+    {
+        if (!e.isLetterOrNumber()) {
+            addCharacter(e.unicode());
+            return;
+        }
+        switch (e.unicode()) {
+        case u'w':
+            word = true;
+            return;
+        case u'd':
+            digit = true;
+            return;
+        case u's':
+            space = true;
+            return;
+        case u'b':
+        case u'B':
+            return;
+        default:
+            anyCharacter = true;
+        }
+    }
+
+    /// The characters every atom of the pattern may consume; lookaheads
+    /// consume nothing and are skipped.
+    void noteCharacters(QString const& p)
+    {
+        qsizetype const n = p.size();
+        qsizetype i = 0;
+        while (i < n && !anyCharacter) {
+            QChar const c = p.at(i);
+            if (c == QLatin1Char('\\')) {
+                if (i + 1 >= n) {
+                    anyCharacter = true;
+                    return;
+                }
+                addEscape(p.at(i + 1));
+                i += 2;
+            } else if (c == QLatin1Char('[')) {
+                i = noteClass(p, i + 1);
+            } else if (c == QLatin1Char('.')) {
+                anyCharacter = true;
+            } else if (c == QLatin1Char('(')) {
+                if (p.mid(i, 3) == QLatin1String("(?!") || p.mid(i, 3) == QLatin1String("(?="))
+                    i = skipGroup(p, i);
+                else
+                    i += p.mid(i, 3) == QLatin1String("(?:") ? 3 : 1;
+            } else if (c == QLatin1Char('{')) {
+                qsizetype const close = p.indexOf(QLatin1Char('}'), i);
+                i = close < 0 ? n : close + 1;
+            } else if (QStringView(u")|?*+^$").contains(c)) {
+                ++i;
+            } else {
+                addCharacter(c.unicode());
+                ++i;
+            }
+        }
+    }
+
+    /// A class from just after its '['; returns the index after its ']'.
+    qsizetype noteClass(QString const& p, qsizetype i)
+    {
+        qsizetype const n = p.size();
+        if (i < n && p.at(i) == QLatin1Char('^')) {
+            anyCharacter = true;
+            return n;
+        }
+        bool first = true;
+        while (i < n && (first || p.at(i) != QLatin1Char(']'))) {
+            first = false;
+            QChar c = p.at(i);
+            if (c == QLatin1Char('\\')) {
+                if (i + 1 >= n)
+                    break;
+                addEscape(p.at(i + 1));
+                i += 2;
+                continue;
+            }
+            if (i + 2 < n && p.at(i + 1) == QLatin1Char('-') && p.at(i + 2) != QLatin1Char(']')
+                && p.at(i + 2) != QLatin1Char('\\')) {
+                char16_t const from = c.unicode();
+                char16_t const to = p.at(i + 2).unicode();
+                if (to >= from && to - from > 1024) {
+                    anyCharacter = true;
+                    return n;
+                }
+                for (char32_t u = from; u <= to; ++u)
+                    addCharacter(char16_t(u));
+                i += 3;
+                continue;
+            }
+            addCharacter(c.unicode());
+            ++i;
+        }
+        if (i >= n)
+            anyCharacter = true; // not closed: QRegExp decides
+        return i + 1;
+    }
+
+    /// The index after the group that opens at i.
+    static qsizetype skipGroup(QString const& p, qsizetype i)
+    {
+        int depth = 0;
+        for (; i < p.size(); ++i) {
+            QChar const c = p.at(i);
+            if (c == QLatin1Char('\\')) {
+                ++i;
+            } else if (c == QLatin1Char('[')) {
+                qsizetype const close = p.indexOf(QLatin1Char(']'), i + 2);
+                if (close < 0)
+                    return p.size();
+                i = close;
+            } else if (c == QLatin1Char('(')) {
+                ++depth;
+            } else if (c == QLatin1Char(')') && --depth == 0) {
+                return i + 1;
+            }
+        }
+        return p.size();
+    }
+
+    static bool isLiteral(QStringView s)
+    {
+        for (QChar const c : s) {
+            if (isSpecial(c))
+                return false;
+        }
+        return true;
+    }
+
+    void readForm(QString const& pattern)
+    {
+        QStringView p(pattern);
+        if (p.startsWith(QLatin1Char('^')))
+            p = p.mid(1);
+        if (p.endsWith(QLatin1String("/?.*$"))) {
+            anyRest = true;
+            p.chop(5);
+        } else if (p.endsWith(QLatin1String("/?.*"))) {
+            anyRest = true;
+            p.chop(4);
+        } else if (p.endsWith(QLatin1Char('$'))) {
+            p.chop(1);
+        }
+        static QString const run = QStringLiteral("(\\w+)");
+        qsizetype const group = p.indexOf(run);
+        QStringView const before = group < 0 ? p : p.left(group);
+        QStringView const after = group < 0 ? QStringView() : p.mid(group + run.size());
+        if (!isLiteral(before) || !isLiteral(after))
+            return;
+        // A literal after the run that starts with a word character would
+        // take part of the run back: QRegExp decides those.
+        if (group >= 0 && !after.isEmpty() && isWord(after.front()))
+            return;
+        head = before.toString();
+        tail = after.toString();
+        captured = group >= 0;
+        form = true;
+    }
+
+    bool ascii[128] = {};
+    QSet<char16_t> others;
+    bool word = false;
+    bool digit = false;
+    bool space = false;
+    bool anyCharacter = false;
+    bool form = false;
+    bool captured = false;
+    bool anyRest = false;
+    QString head;
+    QString tail;
+};
+
+/**
  * A table of topic patterns, tried in ascending order of the pattern text;
  * the first pattern that matches the whole topic wins.
  *
@@ -80,7 +333,9 @@ inline QString literalPrefix(QString const& pattern)
  * last '/', so a topic only looks at those filed under one of its own
  * beginnings that end in '/' (and those whose prefix has no '/'), instead of
  * testing every prefix. The outcome for a topic seen before is taken from the
- * last time. A match stores its captures in the pattern, so a
+ * last time. A pattern that cannot hold every character of the topic is not
+ * tried, and the common forms of pattern are matched without their QRegExp
+ * (see topic_pattern_t). A match stores its captures in the pattern, so a
  * table must not be used by two threads at once; its owner serialises the calls.
  */
 template<class Callback>
@@ -95,7 +350,7 @@ public:
     void insert(QString const& pattern, Callback callback)
     {
         entries.insert(pattern, entry_t{QRegExp(pattern, Qt::CaseSensitive, QRegExp::RegExp),
-                                        literalPrefix(pattern), std::move(callback)});
+                                        literalPrefix(pattern), topic_pattern_t(pattern), std::move(callback)});
         known.clear();
         fileEntries();
     }
@@ -135,6 +390,7 @@ private:
     struct entry_t {
         QRegExp pattern;
         QString prefix;
+        topic_pattern_t shape;
         Callback callback;
     };
 
@@ -171,7 +427,16 @@ private:
         found_t found;
         for (qsizetype const rank : candidates) {
             entry_t* const entry = ranked[size_t(rank)];
-            if (topic.startsWith(entry->prefix) && entry->pattern.exactMatch(topic)) {
+            if (!topic.startsWith(entry->prefix) || !entry->shape.mayMatch(topic))
+                continue;
+            if (entry->shape.simple()) {
+                if (!entry->shape.match(topic, found.captures))
+                    continue;
+                found.entry = entry;
+                found.first = found.captures.value(1);
+                break;
+            }
+            if (entry->pattern.exactMatch(topic)) {
                 found.entry = entry;
                 found.first = entry->pattern.cap(1);
                 found.captures = entry->pattern.capturedTexts();

@@ -181,6 +181,71 @@ private Q_SLOTS:
         QVERIFY2(matched > 500, qPrintable(QString::number(matched) + " of " + QString::number(all.size())));
     }
 
+    void patternFormsAgainstPlainTrial_data()
+    {
+        QTest::addColumn<QStringList>("patterns");
+        QTest::newRow("literals") << QStringList{"^items$", "items/objects_list$", "^a.b$", "^$"};
+        QTest::newRow("captured run, any rest")
+            << QStringList{"^items/objects_list/(\\w+)/?.*$", "^items/(\\w+)/?.*", "^(\\w+)/?.*$"};
+        QTest::newRow("captured run, then literal")
+            << QStringList{"^status/(\\w+)$", "^status/(\\w+)/info$", "^status/(\\w+)/$", "^s/(\\w+)-x/?.*$"};
+        QTest::newRow("run then word literal (not a simple form)") << QStringList{"^a/(\\w+)info$", "^a/(\\w+)_$"};
+        QTest::newRow("classes and optionals")
+            << QStringList{"^items?/?[objects_list]*$", "^notify?/?[objects_list|email_list]*$", "^general/[\\w]+$",
+                           "^storage?/?[\\w/]*$", "^a/[0-5]?[0-9]$", "^x[\\S ]*$", "^y[^/]*$"};
+        QTest::newRow("lookahead and groups")
+            << QStringList{"^installation/?(?!mqtt_devices)[\\w]*/?[\\w]*$", "^(a|bb)/(\\w+)$", "^(?:ab)+$",
+                           "^d/([1-7])/([0-9]|[0-1][0-9]|2[0-3])$", "^e\\.f/\\d+$", "^g\\s\\S$"};
+    }
+
+    /// Every form of pattern, trusted to its own matcher, its filter of
+    /// characters or QRegExp, against trying every pattern in order with QRegExp.
+    void patternFormsAgainstPlainTrial()
+    {
+        QFETCH(QStringList, patterns);
+        topic_table_t<int> table;
+        QList<QRegExp> plain;
+        for (QString const& pattern : std::as_const(patterns)) {
+            table.insert(pattern, int(plain.size()));
+            plain.append(QRegExp(pattern, Qt::CaseSensitive, QRegExp::RegExp));
+        }
+        // Ordered as the table orders its patterns.
+        QStringList sorted = patterns;
+        sorted.sort();
+        static QStringList const pieces{"items", "/", "objects_list", "I12", "_", "status", "info", "a", "b", "x",
+                                        "\u00e9", "\u0301", "-", ".", " ", "\n", "5", "2", "\U0001F600", "$",
+                                        "notify", "email_list", "installation", "mqtt_devices", "general", "s", "e",
+                                        "f", "g", "d", "y", "storage", "ab", "\u0663"};
+        QRandomGenerator random(23);
+        int matched = 0;
+        for (int i = 0; i < 20000; ++i) {
+            // Half of them start as a pattern does, so that the forms are met, not only missed.
+            QString topic = random.bounded(2) ? literalPrefix(patterns.at(random.bounded(patterns.size()))) : QString();
+            for (int n = random.bounded(5); n > 0; --n)
+                topic += pieces.at(random.bounded(pieces.size()));
+            qsizetype expected = -1;
+            for (qsizetype k = 0; k < sorted.size(); ++k) {
+                if (QRegExp(sorted[k], Qt::CaseSensitive, QRegExp::RegExp).exactMatch(topic)) {
+                    expected = patterns.indexOf(sorted[k]);
+                    break;
+                }
+            }
+            QStringList captures;
+            int const* found = table.match(topic, captures);
+            QCOMPARE(found ? qsizetype(*found) : qsizetype(-1), expected);
+            if (found) {
+                QRegExp winner = plain[expected];
+                QVERIFY(winner.exactMatch(topic));
+                QCOMPARE(captures, winner.capturedTexts());
+                QString first;
+                QVERIFY(table.match(topic, &first));
+                QCOMPARE(first, winner.cap(1));
+                ++matched;
+            }
+        }
+        QVERIFY2(matched > 200, qPrintable(QString::number(matched)));
+    }
+
     void gate_data()
     {
         QTest::addColumn<QString>("prefix");
