@@ -62,6 +62,8 @@ public:
     /// Keeps only the output lines that hold text (a benchmark's reader
     /// parses no more than it counts); all of them when empty.
     void keepLinesWith(QByteArray const& text) { keptText = text; }
+    /// Before start(): the output goes nowhere and is not read at all.
+    void discardOutput() { process.setStandardOutputFile(QProcess::nullDevice()); }
 
     bool running() const { return process.state() == QProcess::Running; }
     qint64 pid() const { return process.processId(); }
