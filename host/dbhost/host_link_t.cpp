@@ -23,6 +23,20 @@ namespace {
 QString const topicKey = QStringLiteral("topic");
 QString const payloadKey = QStringLiteral("payload");
 
+/// A packet's text from its payload's: the keys in the order a JSON object
+/// writes them, "payload", then "topic".
+QByteArray packetOf(QByteArray const& payload, QString const& topic)
+{
+    QByteArray text;
+    text.reserve(payload.size() + topic.size() + 24);
+    text += "{\"payload\":";
+    text += payload;
+    text += ",\"topic\":";
+    host_json_t::appendString(text, topic);
+    text += '}';
+    return text;
+}
+
 } // namespace
 
 bool host_link_t::change_t::plain() const
@@ -43,14 +57,7 @@ QByteArray const& host_link_t::change_t::packetText() const
 {
     if (packetJson.isEmpty()) {
         if (plain()) {
-            // The keys of a JSON object are written in order: "payload", then "topic".
-            QString const topic = packet.value(topicKey).toString();
-            packetJson.reserve(payloadText().size() + topic.size() + 24);
-            packetJson += "{\"payload\":";
-            packetJson += payloadText();
-            packetJson += ",\"topic\":";
-            host_json_t::appendString(packetJson, topic);
-            packetJson += '}';
+            packetJson = packetOf(payloadText(), packet.value(topicKey).toString());
         } else {
             packetJson = host_json_t::text(packet);
         }
@@ -84,14 +91,7 @@ QByteArray host_link_t::change_t::journalEntry() const
     QString const topic = QStringLiteral("status/DB/") + database + QLatin1Char('/') + packet.value(topicKey).toString();
     if (!plain())
         return host_json_t::text(QJsonObject{{topicKey, topic}, {payloadKey, packet.value(payloadKey)}});
-    QByteArray entry;
-    entry.reserve(payloadText().size() + topic.size() + 24);
-    entry += "{\"payload\":";
-    entry += payloadText();
-    entry += ",\"topic\":";
-    host_json_t::appendString(entry, topic);
-    entry += '}';
-    return entry;
+    return packetOf(payloadText(), topic);
 }
 
 QJsonObject host_link_t::acceptRequest(QJsonObject const&)
