@@ -10,9 +10,11 @@
 #include <QReadWriteLock>
 #include <QSequentialIterable>
 #include <QSet>
+#include <QVarLengthArray>
 #include <QStringList>
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -514,29 +516,69 @@ private:
         return out;
     }
 
-    /// Appends text as a JSON string with only ASCII inside; false, having
-    /// appended part of it, when it holds a surrogate, whose unpaired half
-    /// would not come back from the parser as it went in.
-    static bool appendString(QByteArray& out, QStringView text)
+    /// The compact text of a flat object, written straight into a buffer:
+    /// its size is made sure of before each piece, which is then copied in.
+    class FlatText
     {
-        static char const hex[] = "0123456789abcdef";
-        out += '"';
-        for (QChar const c : text) {
-            char16_t const u = c.unicode();
-            if (u >= 0x20 && u < 0x7f && u != '"' && u != '\\') {
-                out += char(u);
-            } else if (u == '"' || u == '\\') {
-                out += '\\';
-                out += char(u);
-            } else if (QChar::isSurrogate(u)) {
-                return false;
-            } else {
-                char const escaped[] = {'\\', 'u', hex[u >> 12], hex[(u >> 8) & 15], hex[(u >> 4) & 15], hex[u & 15]};
-                out.append(escaped, sizeof escaped);
+    public:
+        void reserveMore(qsizetype bytes) { m_text.reserve(m_text.size() + bytes); }
+        void add(char c) { m_text.append(c); }
+        void add(char const* bytes, qsizetype size) { m_text.append(bytes, size); }
+        QByteArray bytes() const { return QByteArray::fromRawData(m_text.constData(), m_text.size()); }
+
+        /// Appends text as a JSON string with only ASCII inside; false, having
+        /// appended part of it, when it holds a surrogate, whose unpaired half
+        /// would not come back from the parser as it went in.
+        bool addString(QStringView text)
+        {
+            static char const hex[] = "0123456789abcdef";
+            // At worst every character takes six bytes, as \uXXXX.
+            reserveMore(6 * text.size() + 2);
+            qsizetype const start = m_text.size();
+            m_text.resize(start + 6 * text.size() + 2);
+            char* out = m_text.data() + start;
+            *out++ = '"';
+            for (QChar const c : text) {
+                char16_t const u = c.unicode();
+                if (u >= 0x20 && u < 0x7f && u != '"' && u != '\\') {
+                    *out++ = char(u);
+                } else if (u == '"' || u == '\\') {
+                    *out++ = '\\';
+                    *out++ = char(u);
+                } else if (QChar::isSurrogate(u)) {
+                    m_text.resize(out - m_text.data());
+                    return false;
+                } else {
+                    char const escaped[] = {'\\', 'u', hex[u >> 12], hex[(u >> 8) & 15], hex[(u >> 4) & 15], hex[u & 15]};
+                    std::memcpy(out, escaped, sizeof escaped);
+                    out += sizeof escaped;
+                }
             }
+            *out++ = '"';
+            m_text.resize(out - m_text.data());
+            return true;
         }
-        out += '"';
-        return true;
+
+        void addInteger(qint64 value)
+        {
+            char digits[24];
+            auto const [end, error] = std::to_chars(digits, digits + sizeof digits, value);
+            add(digits, end - digits);
+        }
+
+    private:
+        QVarLengthArray<char, 512> m_text;
+    };
+
+    /// Reads a flat object's property of type Bool, Signed or String into
+    /// value, which holds one of them: the meta-call writes in place where
+    /// QMetaProperty::read would wrap a QVariant around every value.
+    static void readFlat(QObject const* object, PropertyInfo const& property, void* value)
+    {
+        int status = -1;
+        void* argv[] = {value, nullptr, &status};
+        QMetaObject::metacall(const_cast<QObject*>(object), QMetaObject::ReadProperty, property.property.propertyIndex(),
+                              argv);
     }
 
     /// The object of a flat class (ClassInfo::flat) through its compact text,
@@ -548,37 +590,50 @@ private:
     {
         if (!info->flat)
             return false;
-        QByteArray text;
-        text.reserve(256);
-        text += '{';
+        FlatText text;
+        text.add('{');
         if (classKeyed) {
-            text += "\"@class\":";
-            if (!appendString(text, m_shortNames ? info->shortName : info->qualifiedName))
+            text.add("\"@class\":", 9);
+            if (!text.addString(m_shortNames ? info->shortName : info->qualifiedName))
                 return false;
         }
+        bool first = !classKeyed;
+        QString string;
         for (PropertyInfo const& property : info->properties) {
-            if (text.size() > 1)
-                text += ',';
-            text += '"';
-            text += QByteArrayView(property.latin1Name.data(), property.latin1Name.size());
-            text += "\":";
-            QVariant const v = property.property.read(object);
-            if (!v.isValid()) {
-                text += "null";
-                continue;
-            }
+            if (!first)
+                text.add(',');
+            first = false;
+            text.reserveMore(property.latin1Name.size() + 3);
+            text.add('"');
+            text.add(property.latin1Name.data(), property.latin1Name.size());
+            text.add("\":", 2);
             switch (property.type->kind) {
-            case Kind::Bool: text += *static_cast<bool const*>(v.constData()) ? "true" : "false"; break;
-            case Kind::Signed: text += QByteArray::number(loadSigned(v.constData(), property.type->size)); break;
+            case Kind::Bool: {
+                bool value = false;
+                readFlat(object, property, &value);
+                if (value)
+                    text.add("true", 4);
+                else
+                    text.add("false", 5);
+                break;
+            }
+            case Kind::Signed: {
+                // Wide enough for any size; only the first size bytes are written and read.
+                qint64 value = 0;
+                readFlat(object, property, &value);
+                text.addInteger(loadSigned(&value, property.type->size));
+                break;
+            }
             default:
-                if (!appendString(text, *static_cast<QString const*>(v.constData())))
+                readFlat(object, property, &string);
+                if (!text.addString(string))
                     return false;
                 break;
             }
         }
-        text += '}';
+        text.add('}');
         QJsonParseError error;
-        QJsonDocument const document = QJsonDocument::fromJson(text, &error);
+        QJsonDocument const document = QJsonDocument::fromJson(text.bytes(), &error);
         if (error.error != QJsonParseError::NoError || !document.isObject())
             return false;
         out = document.object();
