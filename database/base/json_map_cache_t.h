@@ -62,7 +62,7 @@ public:
     /// then patched into the image, and both want the same JSON: once the image
     /// keeps this map by object, it is serialized once per change and kept
     /// until the object changes again or the next rebuild.
-    QJsonObject objectJson(topicbase_t* object)
+    QJsonObject objectJson(topicbase_t* object) override
     {
         if (!keepsJson)
             return object->toJson();

@@ -160,7 +160,8 @@ QJsonObject topicbase_t::toJson() const
 
 void topicbase_t::publishSelf()
 {
-    Q_EMIT onUpdated(getPacketUpdated(topic, toJson()));
+    // The image wants the same JSON at its next rebuild: an observer keeps it.
+    Q_EMIT onUpdated(getPacketUpdated(topic, observer ? observer->objectJson(this) : toJson()));
 }
 
 void topicbase_t::publishField(QString const& key, QJsonValue const& value)

@@ -25,6 +25,8 @@ public:
     virtual void storedChanged(topicbase_t* object) = 0;
     /// object now reports to another observer.
     virtual void observerLeft(topicbase_t* object) = 0;
+    /// The JSON of object, which the observer may have kept since its last change.
+    virtual QJsonObject objectJson(topicbase_t* object) = 0;
 
 protected:
     ~json_observer_t() = default;
