@@ -68,6 +68,7 @@ struct PropertyInfo {
     TypeInfo const* type;
     bool writable;
     bool asciiName; // then latin1Name is the name; a UTF-8 one is searched as name
+    bool scalar;    // text, a boolean or an integer: written into an object's text (Writer::textObject)
 };
 
 /// The stored properties of one class, computed once per meta-object.
@@ -77,9 +78,9 @@ struct ClassInfo {
     bool polymorphic = false; // Q_CLASSINFO("polymorphic", "true"), here or in a base class
     int constructor = -1;     // of Class(QObject*), found once instead of at every instance
     std::vector<PropertyInfo> properties;
-    // Every stored value is text, a boolean or an integer, under a name of its
-    // own: such an object is written as compact text and parsed (Writer::flatObject).
-    bool flat = false;
+    // Every name is ASCII and its own: such an object is written as compact
+    // text and parsed, other values put in afterwards (Writer::textObject).
+    bool textual = false;
 };
 
 bool isAscii(char const* text)
@@ -280,14 +281,15 @@ ClassInfo const* Registry::classInfo(QMetaObject const* metaObject)
             continue;
         info->properties.push_back(PropertyInfo{property, QString::fromUtf8(property.name()),
                                                 QLatin1StringView(property.name()), type(property.metaType()),
-                                                property.isWritable(), isAscii(property.name())});
+                                                property.isWritable(), isAscii(property.name()), false});
+        Kind const kind = info->properties.back().type->kind;
+        info->properties.back().scalar = kind == Kind::Bool || kind == Kind::Signed || kind == Kind::String;
     }
     QSet<QString> names;
-    info->flat = std::all_of(info->properties.begin(), info->properties.end(), [&names](PropertyInfo const& p) {
-        Kind const kind = p.type->kind;
+    info->textual = std::all_of(info->properties.begin(), info->properties.end(), [&names](PropertyInfo const& p) {
         bool const fresh = !names.contains(p.name);
         names.insert(p.name);
-        return fresh && p.asciiName && (kind == Kind::Bool || kind == Kind::Signed || kind == Kind::String);
+        return fresh && p.asciiName;
     });
     QWriteLocker locker(&m_lock);
     ClassInfo*& slot = m_classes[metaObject];
@@ -489,34 +491,42 @@ private:
         QJsonObject out;
         bool const classKeyed = m_polymorphing == QJsonSerializer::Forced
             || (m_polymorphing == QJsonSerializer::Enabled && info->polymorphic);
-        if (flatObject(object, info, classKeyed, out))
+        if (textObject(object, info, classKeyed, out)) {
+            // Each key is in place: an insert only replaces its null.
+            for (PropertyInfo const& property : info->properties) {
+                if (!property.scalar)
+                    insert(out, property, propertyValue(object, property, depth));
+            }
             return out;
+        }
         if (m_polymorphing == QJsonSerializer::Forced
             || (m_polymorphing == QJsonSerializer::Enabled && info->polymorphic))
             out.insert(QLatin1StringView("@class"), m_shortNames ? info->shortName : info->qualifiedName);
-        for (PropertyInfo const& property : info->properties) {
-            try {
-                if (m_substitute) {
-                    // The path is only kept for a substitute, which needs it to find its map.
-                    PathStep const step(m_path, property.name);
-                    QJsonValue substituted;
-                    if (usable(property.type)->kind == Kind::Map && (*m_substitute)(object, m_path, substituted)) {
-                        insert(out, property, substituted);
-                        continue;
-                    }
-                    insert(out, property, read(object, property, depth));
-                    continue;
-                }
-                insert(out, property, read(object, property, depth));
-            } catch (Failure& failure) {
-                failure.path.prepend(property.name);
-                throw;
-            }
-        }
+        for (PropertyInfo const& property : info->properties)
+            insert(out, property, propertyValue(object, property, depth));
         return out;
     }
 
-    /// The compact text of a flat object, written straight into a buffer:
+    /// One property's JSON, or its map's from the substitute; a failure gets the property's name on its path.
+    QJsonValue propertyValue(QObject const* object, PropertyInfo const& property, int depth)
+    {
+        try {
+            if (m_substitute) {
+                // The path is only kept for a substitute, which needs it to find its map.
+                PathStep const step(m_path, property.name);
+                QJsonValue substituted;
+                if (usable(property.type)->kind == Kind::Map && (*m_substitute)(object, m_path, substituted))
+                    return substituted;
+                return read(object, property, depth);
+            }
+            return read(object, property, depth);
+        } catch (Failure& failure) {
+            failure.path.prepend(property.name);
+            throw;
+        }
+    }
+
+    /// The compact text of an object, written straight into a buffer:
     /// its size is made sure of before each piece, which is then copied in.
     class FlatText
     {
@@ -570,7 +580,7 @@ private:
         QVarLengthArray<char, 512> m_text;
     };
 
-    /// Reads a flat object's property of type Bool, Signed or String into
+    /// Reads a property of type Bool, Signed or String into
     /// value, which holds one of them: the meta-call writes in place where
     /// QMetaProperty::read would wrap a QVariant around every value.
     static void readFlat(QObject const* object, PropertyInfo const& property, void* value)
@@ -581,14 +591,16 @@ private:
                               argv);
     }
 
-    /// The object of a flat class (ClassInfo::flat) through its compact text,
-    /// which builds the QJsonObject in one pass where inserting member by
-    /// member costs several times as much; nothing in it can hold a map, so no
-    /// substitute is missed. False, with out untouched, for any other class
-    /// or a value the text can't carry.
-    bool flatObject(QObject const* object, ClassInfo const* info, bool classKeyed, QJsonObject& out)
+    /// The object of a textual class (ClassInfo::textual) through its compact
+    /// text, which builds the QJsonObject in one pass where inserting member
+    /// by member costs several times as much (each new key is made a value of
+    /// its own and searched for). The scalar values are written in; every
+    /// other property has null in its place, for the caller to replace, so
+    /// no substitute is missed. False, with out untouched, for any other
+    /// class or a value the text can't carry.
+    bool textObject(QObject const* object, ClassInfo const* info, bool classKeyed, QJsonObject& out)
     {
-        if (!info->flat)
+        if (!info->textual)
             return false;
         FlatText text;
         text.add('{');
@@ -607,6 +619,10 @@ private:
             text.add('"');
             text.add(property.latin1Name.data(), property.latin1Name.size());
             text.add("\":", 2);
+            if (!property.scalar) {
+                text.add("null", 4);
+                continue;
+            }
             switch (property.type->kind) {
             case Kind::Bool: {
                 bool value = false;

@@ -122,6 +122,28 @@ public:
     base_item::Shade m_shade = base_item::Pale;
 };
 
+/// Text and integers beside values the compact text leaves to be put in afterwards.
+class mixed_item : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(QString label MEMBER m_label)
+    Q_PROPERTY(QJsonValue extra MEMBER m_extra)
+    Q_PROPERTY(shapes::base_item* child MEMBER m_child)
+    Q_PROPERTY(double ratio MEMBER m_ratio)
+    Q_PROPERTY(int count MEMBER m_count)
+    Q_PROPERTY(QStringList tags MEMBER m_tags)
+
+public:
+    Q_INVOKABLE explicit mixed_item(QObject* parent = nullptr) : QObject(parent) {}
+
+    QString m_label;
+    QJsonValue m_extra;
+    base_item* m_child = nullptr;
+    double m_ratio = 0;
+    int m_count = 0;
+    QStringList m_tags;
+};
+
 } // namespace shapes
 
 using namespace shapes;
@@ -400,6 +422,50 @@ private Q_SLOTS:
         std::unique_ptr<flat_item> back(serializer->deserialize<flat_item*>(json));
         QCOMPARE(back->m_label, label);
         QCOMPARE(back->m_big, big);
+    }
+
+    void mixedObjectAsMemberByMember_data()
+    {
+        QTest::addColumn<QString>("label");
+        QTest::addColumn<QJsonValue>("extra");
+        QTest::addColumn<bool>("child");
+        QTest::newRow("undefined extra leaves no key") << QStringLiteral("a") << QJsonValue(QJsonValue::Undefined)
+                                                        << true;
+        QTest::newRow("null extra, no child") << QStringLiteral("b") << QJsonValue(QJsonValue::Null) << false;
+        QTest::newRow("object extra") << QStringLiteral("c") << QJsonValue(QJsonObject{{"k", 1}}) << true;
+        QTest::newRow("array extra") << QString() << QJsonValue(QJsonArray{1, "two"}) << false;
+        QTest::newRow("text the compact form can't carry")
+            << QString(QChar(0xD83D)) << QJsonValue(QStringLiteral("x")) << true;
+    }
+
+    void mixedObjectAsMemberByMember()
+    {
+        QFETCH(QString, label);
+        QFETCH(QJsonValue, extra);
+        QFETCH(bool, child);
+        mixed_item item;
+        item.m_label = label;
+        item.m_extra = extra;
+        item.m_ratio = 0.5;
+        item.m_count = -4;
+        item.m_tags = {QStringLiteral("t")};
+        if (child) {
+            item.m_child = new base_item(&item);
+            item.m_child->m_label = QStringLiteral("inner");
+        }
+        std::unique_ptr<QJsonSerializer> serializer(makeSerializer(QJsonSerializer::Disabled));
+        QJsonObject expected;
+        expected.insert(QStringLiteral("label"), label);
+        expected.insert(QStringLiteral("extra"), extra);
+        expected.insert(QStringLiteral("child"), child ? serializer->serializeImpl(QVariant::fromValue(item.m_child))
+                                                       : QJsonValue(QJsonValue::Null));
+        expected.insert(QStringLiteral("ratio"), 0.5);
+        expected.insert(QStringLiteral("count"), -4);
+        expected.insert(QStringLiteral("tags"), QJsonArray{QStringLiteral("t")});
+        QJsonObject const json = serializer->serializeImpl(QVariant::fromValue(&item)).toObject();
+        QCOMPARE(json, expected);
+        QCOMPARE(json.contains(QLatin1String("extra")), !extra.isUndefined());
+        QCOMPARE(QJsonDocument(json).toJson(QJsonDocument::Compact), QJsonDocument(expected).toJson(QJsonDocument::Compact));
     }
 
     void mapKeysKeepTheirOrder()
