@@ -93,9 +93,10 @@ void ps_handler_status_t::handleValue(char const* slot, QJsonObject const& packe
     });
 }
 
-void ps_handler_status_t::handlePersistentStatusItem(ps_object_item_t* item, QString const& id)
+void ps_handler_status_t::handlePersistentStatusItem(ps_object_item_t* item, QString const& id,
+                                                     QJsonObject const& json)
 {
-    engine->getData()->getItems()->update_items(id, item, true);
+    engine->getData()->getItems()->update_items(id, item, true, json);
 }
 
 void ps_handler_status_t::handlePersistentStatusItem(ps_items_map const& map)
@@ -294,7 +295,7 @@ void ps_handler_status_t::onPersistentStatusItem(QJsonObject _packet, QString _k
         ps_object_item_t* object = nullptr;
         if (!frame.payloadObject(_packet, object, "onPersistentStatusItem"))
             return;
-        handlePersistentStatusItem(object, _key);
+        handlePersistentStatusItem(object, _key, _packet.value(QStringLiteral("payload")).toObject());
         handleRealtimeItem(_key);
     }, true);
 }

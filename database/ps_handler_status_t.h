@@ -37,7 +37,7 @@ public:
 
     void initRequestEvent(bool connect);
 
-    void handlePersistentStatusItem(persistent::objects::ps_object_item_t* item, QString const& id);
+    void handlePersistentStatusItem(persistent::objects::ps_object_item_t* item, QString const& id, QJsonObject const& json);
     void handlePersistentStatusItem(persistent::ps_items_map const& map);
     /// The realtime twins follow the configuration: one item keeps its live
     /// value, a whole list replaces every twin.

@@ -65,14 +65,20 @@ public:
     QJsonObject objectJson(topicbase_t* object) override
     {
         if (!keepsJson)
-            return object->toJson();
+            return serialized(object);
         auto const found = kept.constFind(object);
         if (found != kept.constEnd())
             return found.value();
-        QJsonObject json = object->toJson();
+        QJsonObject json = serialized(object);
         kept.insert(object, json);
         return json;
     }
+
+    /// The JSON an update about to be applied came as: until withdrawn,
+    /// objectJson() takes it instead of serializing an object whose own JSON
+    /// it is exactly (topicbase_t::isOwnJson).
+    void offerJson(QJsonObject const& json) { offered = json; }
+    void withdrawJson() { offered = QJsonObject(); }
 
     void storedChanged(topicbase_t* object) override
     {
@@ -112,6 +118,12 @@ protected:
     QSet<topicbase_t*> staleObjects;
 
 private:
+    QJsonObject serialized(topicbase_t* object) const
+    {
+        return !offered.isEmpty() && object->isOwnJson(offered) ? offered : object->toJson();
+    }
+
+    QJsonObject offered;
     // By object, not key: an object keeps its JSON wherever its key is.
     QHash<topicbase_t const*, QJsonObject> kept;
     bool keepsJson = false;

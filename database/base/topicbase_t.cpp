@@ -158,6 +158,11 @@ QJsonObject topicbase_t::toJson() const
         QVariant::fromValue(const_cast<QObject*>(static_cast<QObject const*>(this)))).toObject();
 }
 
+bool topicbase_t::isOwnJson(QJsonObject const& json) const
+{
+    return utility::getInstance()->serializer()->isSerializedForm(this, json);
+}
+
 void topicbase_t::publishSelf()
 {
     // The image wants the same JSON at its next rebuild: an observer keeps it.

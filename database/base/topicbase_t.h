@@ -64,6 +64,9 @@ public:
 
     /// This object as JSON, through the shared serializer.
     QJsonObject toJson() const;
+    /// Whether json is exactly toJson(), told without serializing; false
+    /// also when only serializing could tell.
+    bool isOwnJson(QJsonObject const& json) const;
 
     /// Raises onUpdated with this object itself on its own topic.
     void publishSelf();

@@ -1,6 +1,7 @@
 #include "platform/qjsonserializer/qjsonserializer.h"
 
 #include <QAssociativeIterable>
+#include <QCborValue>
 #include <QHash>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -69,6 +70,7 @@ struct PropertyInfo {
     bool writable;
     bool asciiName; // then latin1Name is the name; a UTF-8 one is searched as name
     bool scalar;    // text, a boolean or an integer: written into an object's text (Writer::textObject)
+    int index;      // the property's index in its meta-object, for meta-calls
 };
 
 /// The stored properties of one class, computed once per meta-object.
@@ -81,6 +83,12 @@ struct ClassInfo {
     // Every name is ASCII and its own: such an object is written as compact
     // text and parsed, other values put in afterwards (Writer::textObject).
     bool textual = false;
+    // Textual, and every value is a scalar: nothing is put in after the text.
+    bool flat = false;
+    // The properties by index in the order QJsonObject keeps their keys,
+    // -1 standing for the class key in the second.
+    std::vector<int> keyOrder;
+    std::vector<int> classKeyOrder;
 };
 
 bool isAscii(char const* text)
@@ -281,7 +289,8 @@ ClassInfo const* Registry::classInfo(QMetaObject const* metaObject)
             continue;
         info->properties.push_back(PropertyInfo{property, QString::fromUtf8(property.name()),
                                                 QLatin1StringView(property.name()), type(property.metaType()),
-                                                property.isWritable(), isAscii(property.name()), false});
+                                                property.isWritable(), isAscii(property.name()), false,
+                                                property.propertyIndex()});
         Kind const kind = info->properties.back().type->kind;
         info->properties.back().scalar = kind == Kind::Bool || kind == Kind::Signed || kind == Kind::String;
     }
@@ -291,6 +300,19 @@ ClassInfo const* Registry::classInfo(QMetaObject const* metaObject)
         names.insert(p.name);
         return fresh && p.asciiName;
     });
+    info->flat = info->textual && std::all_of(info->properties.begin(), info->properties.end(),
+                                              [](PropertyInfo const& p) { return p.scalar; });
+    // ASCII keys are kept in the order of their bytes.
+    auto const keyOf = [&info](int index) {
+        return index < 0 ? QLatin1StringView("@class") : info->properties[std::size_t(index)].latin1Name;
+    };
+    for (int i = 0; i < int(info->properties.size()); ++i)
+        info->keyOrder.push_back(i);
+    std::sort(info->keyOrder.begin(), info->keyOrder.end(), [&keyOf](int a, int b) { return keyOf(a) < keyOf(b); });
+    info->classKeyOrder = info->keyOrder;
+    info->classKeyOrder.insert(std::lower_bound(info->classKeyOrder.begin(), info->classKeyOrder.end(), -1,
+                                                [&keyOf](int a, int b) { return keyOf(a) < keyOf(b); }),
+                               -1);
     QWriteLocker locker(&m_lock);
     ClassInfo*& slot = m_classes[metaObject];
     if (!slot)
@@ -467,6 +489,61 @@ public:
         return QJsonValue::Null;
     }
 
+    /// See QJsonSerializer::isSerializedForm().
+    bool isSerializedForm(QObject const* object, QJsonObject const& json)
+    {
+        ClassInfo const* info = registry()->classInfo(object->metaObject());
+        if (!info->flat)
+            return false;
+        bool const classKeyed = m_polymorphing == QJsonSerializer::Forced
+            || (m_polymorphing == QJsonSerializer::Enabled && info->polymorphic);
+        // With every property's key found, equal sizes leave no other key.
+        if (json.size() != qsizetype(info->properties.size()) + (classKeyed ? 1 : 0))
+            return false;
+        // The keys in step with the object's own: no search for any of them.
+        std::vector<int> const& order = classKeyed ? info->classKeyOrder : info->keyOrder;
+        QString string;
+        auto it = json.constBegin();
+        for (int const index : order) {
+            QJsonValue const value = it.value();
+            if (index < 0) {
+                if (it.key() != QLatin1StringView("@class")
+                    || value.toString() != (m_shortNames ? info->shortName : info->qualifiedName) || !value.isString())
+                    return false;
+                ++it;
+                continue;
+            }
+            PropertyInfo const& property = info->properties[std::size_t(index)];
+            if (it.key() != property.latin1Name)
+                return false;
+            ++it;
+            switch (property.type->kind) {
+            case Kind::Bool: {
+                bool stored = false;
+                readFlat(object, property, &stored);
+                if (!value.isBool() || value.toBool() != stored)
+                    return false;
+                break;
+            }
+            case Kind::Signed: {
+                qint64 stored = 0;
+                readFlat(object, property, &stored);
+                // An integer, as the text's number is parsed; 1.0 would be written otherwise.
+                QCborValue const number = QCborValue::fromJsonValue(value);
+                if (!number.isInteger() || number.toInteger() != loadSigned(&stored, property.type->size))
+                    return false;
+                break;
+            }
+            default:
+                readFlat(object, property, &string);
+                if (!value.isString() || value.toString() != string)
+                    return false;
+                break;
+            }
+        }
+        return true;
+    }
+
     QJsonValue variant(QVariant const& data, int depth)
     {
         if (!data.isValid())
@@ -587,7 +664,7 @@ private:
     {
         int status = -1;
         void* argv[] = {value, nullptr, &status};
-        QMetaObject::metacall(const_cast<QObject*>(object), QMetaObject::ReadProperty, property.property.propertyIndex(),
+        QMetaObject::metacall(const_cast<QObject*>(object), QMetaObject::ReadProperty, property.index,
                               argv);
     }
 
@@ -993,7 +1070,7 @@ private:
         int status = -1;
         int flags = 0;
         void* arguments[] = {value.data(), &value, &status, &flags};
-        QMetaObject::metacall(instance, QMetaObject::WriteProperty, property.property.propertyIndex(), arguments);
+        QMetaObject::metacall(instance, QMetaObject::WriteProperty, property.index, arguments);
         return status != 0;
     }
 
@@ -1081,6 +1158,11 @@ QJsonValue QJsonSerializer::serializeImpl(QVariant const& data) const
     } catch (Failure const& failure) {
         throw QJsonSerializerException(failure.message());
     }
+}
+
+bool QJsonSerializer::isSerializedForm(QObject const* object, QJsonObject const& json) const
+{
+    return object && Writer(m_polymorphing, m_polymorphingMode).isSerializedForm(object, json);
 }
 
 QJsonValue QJsonSerializer::serializeImpl(QVariant const& data, MapSubstitute const& substitute) const

@@ -1,6 +1,7 @@
 #ifndef PLATFORM_QJSONSERIALIZER_QJSONSERIALIZER_H
 #define PLATFORM_QJSONSERIALIZER_QJSONSERIALIZER_H
 
+#include <QJsonObject>
 #include <QJsonValue>
 #include <QList>
 #include <QMap>
@@ -75,6 +76,12 @@ public:
     using MapSubstitute = std::function<bool(QObject const* owner, QStringList const& path, QJsonValue& out)>;
     /// serializeImpl() with substitute asked as described there.
     QJsonValue serializeImpl(QVariant const& data, MapSubstitute const& substitute) const;
+
+    /// Whether json is exactly what serializeImpl() gives for object, told
+    /// without serializing it: known only for an object whose stored values
+    /// are all text, booleans and integers under ASCII names of their own;
+    /// false for any other.
+    bool isSerializedForm(QObject const* object, QJsonObject const& json) const;
 
     /**
      * Builds a value of the given meta-type from @p json. Objects created at

@@ -205,10 +205,19 @@ private Q_SLOTS:
             int const kind = random.bounded(12);
             QString const id = key(random, keys);
             if (kind < 3) {
-                // A status packet of a whole item: a new key or new values.
+                // A status packet of a whole item: a new key or new values; now
+                // and then with JSON that is not quite the item's own.
                 QScopedPointer<ps_object_item_t> item(persistentItem(random));
+                QJsonObject payload = item->toJson();
+                switch (random.bounded(8)) {
+                case 0: payload.remove(QStringLiteral("name")); break;
+                case 1: payload.insert(QStringLiteral("unknown"), 1); break;
+                case 2: payload.insert(QStringLiteral("flags"), payload.value(QStringLiteral("flags")).toDouble() + 0.5); break;
+                case 3: payload.insert(QStringLiteral("enabled"), 1); break;
+                default: break;
+                }
                 engine->update(QJsonObject{{"topic", "status/DB/persistent/items/objects_list/" + id},
-                                           {"payload", item->toJson()}});
+                                           {"payload", payload}});
             } else {
                 QMutexLocker lock(engine->getAccessMutex());
                 auto* items = engine->getData()->getItems();

@@ -122,6 +122,25 @@ public:
     base_item::Shade m_shade = base_item::Pale;
 };
 
+/// Only text, booleans and signed integers: a record whose JSON can be told without serializing it.
+class record_item : public QObject
+{
+    Q_OBJECT
+    Q_CLASSINFO("polymorphic", "true")
+    Q_PROPERTY(QString label MEMBER m_label)
+    Q_PROPERTY(bool on MEMBER m_on)
+    Q_PROPERTY(qint64 big MEMBER m_big)
+    Q_PROPERTY(int count MEMBER m_count)
+
+public:
+    Q_INVOKABLE explicit record_item(QObject* parent = nullptr) : QObject(parent) {}
+
+    QString m_label;
+    bool m_on = false;
+    qint64 m_big = 0;
+    int m_count = 0;
+};
+
 /// Text and integers beside values the compact text leaves to be put in afterwards.
 class mixed_item : public QObject
 {
@@ -466,6 +485,76 @@ private Q_SLOTS:
         QCOMPARE(json, expected);
         QCOMPARE(json.contains(QLatin1String("extra")), !extra.isUndefined());
         QCOMPARE(QJsonDocument(json).toJson(QJsonDocument::Compact), QJsonDocument(expected).toJson(QJsonDocument::Compact));
+    }
+
+    void serializedFormTold_data()
+    {
+        QTest::addColumn<int>("polymorphing");
+        QTest::addColumn<QString>("change");
+        QTest::addColumn<bool>("told");
+        int const enabled = int(QJsonSerializer::Enabled);
+        int const disabled = int(QJsonSerializer::Disabled);
+        QTest::newRow("its own JSON") << enabled << QString() << true;
+        QTest::newRow("its own JSON without the class") << disabled << QString() << true;
+        QTest::newRow("class missing") << enabled << QStringLiteral("drop @class") << false;
+        QTest::newRow("class where none is written") << disabled << QStringLiteral("add @class") << false;
+        QTest::newRow("another class") << enabled << QStringLiteral("other @class") << false;
+        QTest::newRow("a key missing") << enabled << QStringLiteral("drop label") << false;
+        QTest::newRow("a key more") << enabled << QStringLiteral("add extra") << false;
+        QTest::newRow("other text") << enabled << QStringLiteral("other label") << false;
+        // JSON has one kind of number: a whole 1.0 is the same JSON as 1.
+        QTest::newRow("integer as a whole double") << enabled << QStringLiteral("double big") << true;
+        QTest::newRow("integer with a fraction") << enabled << QStringLiteral("fraction big") << false;
+        QTest::newRow("integer as text") << enabled << QStringLiteral("text big") << false;
+        QTest::newRow("boolean as a number") << enabled << QStringLiteral("number on") << false;
+        QTest::newRow("other small integer") << enabled << QStringLiteral("other count") << false;
+    }
+
+    void serializedFormTold()
+    {
+        QFETCH(int, polymorphing);
+        QFETCH(QString, change);
+        QFETCH(bool, told);
+        record_item item;
+        item.m_label = QStringLiteral("h\u00e9");
+        item.m_on = true;
+        item.m_big = 1;
+        item.m_count = -2;
+        std::unique_ptr<QJsonSerializer> serializer(makeSerializer(QJsonSerializer::Polymorphing(polymorphing)));
+        QJsonObject json = serializer->serializeImpl(QVariant::fromValue(&item)).toObject();
+        QString const key = change.section(QLatin1Char(' '), 1);
+        if (change.startsWith(QLatin1String("drop")))
+            json.remove(key);
+        else if (change.startsWith(QLatin1String("add")))
+            json.insert(key, QStringLiteral("record_item"));
+        else if (change == QLatin1String("other @class"))
+            json.insert(key, QStringLiteral("base_item"));
+        else if (change == QLatin1String("other label"))
+            json.insert(key, QStringLiteral("he"));
+        else if (change.startsWith(QLatin1String("double")))
+            json.insert(key, 1.0);
+        else if (change.startsWith(QLatin1String("fraction")))
+            json.insert(key, 1.5);
+        else if (change.startsWith(QLatin1String("text")))
+            json.insert(key, QStringLiteral("1"));
+        else if (change.startsWith(QLatin1String("number")))
+            json.insert(key, 1);
+        else if (change == QLatin1String("other count"))
+            json.insert(key, 2);
+        QCOMPARE(serializer->isSerializedForm(&item, json), told);
+        QJsonObject const own = serializer->serializeImpl(QVariant::fromValue(&item)).toObject();
+        QCOMPARE(own == json, told);
+        QCOMPARE(QJsonDocument(own).toJson(QJsonDocument::Compact) == QJsonDocument(json).toJson(QJsonDocument::Compact), told);
+    }
+
+    void serializedFormNotToldForOtherObjects()
+    {
+        // An enumeration (here an unsigned one), a double, a converted value, a child.
+        derived_item item;
+        std::unique_ptr<QJsonSerializer> serializer(makeSerializer(QJsonSerializer::Enabled));
+        QJsonObject const json = serializer->serializeImpl(QVariant::fromValue(&item)).toObject();
+        QVERIFY(!serializer->isSerializedForm(&item, json));
+        QVERIFY(!serializer->isSerializedForm(nullptr, json));
     }
 
     void mapKeysKeepTheirOrder()

@@ -43,6 +43,15 @@ public:
     {
         objects.update(id, object, _notify);
     }
+    /// The same, for an object that came as json: where the item ends up
+    /// with exactly that JSON, it is published and imaged without being
+    /// serialized again.
+    void update_items(QString const& id, objects::ps_object_item_t* object, bool _notify, QJsonObject const& json)
+    {
+        objects.offerJson(json);
+        objects.update(id, object, _notify);
+        objects.withdrawJson();
+    }
     void update_items(ps_items_map const& map, bool _notify);
 
     void send_update() { objects.sendUpdate(); }
