@@ -489,14 +489,20 @@ public:
         return QJsonValue::Null;
     }
 
+    /// Whether an object of this class carries the class key.
+    bool writesClass(ClassInfo const* info) const
+    {
+        return m_polymorphing == QJsonSerializer::Forced
+            || (m_polymorphing == QJsonSerializer::Enabled && info->polymorphic);
+    }
+
     /// See QJsonSerializer::isSerializedForm().
     bool isSerializedForm(QObject const* object, QJsonObject const& json)
     {
         ClassInfo const* info = registry()->classInfo(object->metaObject());
         if (!info->flat)
             return false;
-        bool const classKeyed = m_polymorphing == QJsonSerializer::Forced
-            || (m_polymorphing == QJsonSerializer::Enabled && info->polymorphic);
+        bool const classKeyed = writesClass(info);
         // With every property's key found, equal sizes leave no other key.
         if (json.size() != qsizetype(info->properties.size()) + (classKeyed ? 1 : 0))
             return false;
@@ -566,8 +572,7 @@ private:
         ClassInfo const* info = m_lastClass;
 
         QJsonObject out;
-        bool const classKeyed = m_polymorphing == QJsonSerializer::Forced
-            || (m_polymorphing == QJsonSerializer::Enabled && info->polymorphic);
+        bool const classKeyed = writesClass(info);
         if (textObject(object, info, classKeyed, out)) {
             // Each key is in place: an insert only replaces its null.
             for (PropertyInfo const& property : info->properties) {
@@ -576,8 +581,7 @@ private:
             }
             return out;
         }
-        if (m_polymorphing == QJsonSerializer::Forced
-            || (m_polymorphing == QJsonSerializer::Enabled && info->polymorphic))
+        if (classKeyed)
             out.insert(QLatin1StringView("@class"), m_shortNames ? info->shortName : info->qualifiedName);
         for (PropertyInfo const& property : info->properties)
             insert(out, property, propertyValue(object, property, depth));
@@ -603,12 +607,10 @@ private:
         }
     }
 
-    /// The compact text of an object, written straight into a buffer:
-    /// its size is made sure of before each piece, which is then copied in.
+    /// The compact text of an object, written straight into a buffer.
     class FlatText
     {
     public:
-        void reserveMore(qsizetype bytes) { m_text.reserve(m_text.size() + bytes); }
         void add(char c) { m_text.append(c); }
         void add(char const* bytes, qsizetype size) { m_text.append(bytes, size); }
         QByteArray bytes() const { return QByteArray::fromRawData(m_text.constData(), m_text.size()); }
@@ -620,7 +622,6 @@ private:
         {
             static char const hex[] = "0123456789abcdef";
             // At worst every character takes six bytes, as \uXXXX.
-            reserveMore(6 * text.size() + 2);
             qsizetype const start = m_text.size();
             m_text.resize(start + 6 * text.size() + 2);
             char* out = m_text.data() + start;
@@ -692,7 +693,6 @@ private:
             if (!first)
                 text.add(',');
             first = false;
-            text.reserveMore(property.latin1Name.size() + 3);
             text.add('"');
             text.add(property.latin1Name.data(), property.latin1Name.size());
             text.add("\":", 2);

@@ -172,7 +172,10 @@ private Q_SLOTS:
                               : 200;
         QTemporaryDir dir;
         QString const folder = dir.filePath("data");
-        quint32 const seed = QRandomGenerator::global()->generate();
+        // KILL_SOAK_SEED repeats a run that failed.
+        quint32 const seed = qEnvironmentVariableIsSet("KILL_SOAK_SEED")
+                                 ? quint32(qEnvironmentVariable("KILL_SOAK_SEED").toUInt())
+                                 : QRandomGenerator::global()->generate();
         qInfo("seed %u", seed);
         QRandomGenerator random(seed);
         int sequence = 0;
