@@ -126,7 +126,7 @@ bool json_image_t::rebuild(QVariant const& root, bool whole)
     };
     QJsonObject next;
     try {
-        next = utility::getInstance()->serializer()->serializeImpl(root, substitute).toObject();
+        next = utility::getInstance()->serializer()->serializeImpl(root, substitute, &memo).toObject();
     } catch (std::exception const& e) {
         log(QString::fromUtf8(e.what()), ::utility::logs::exception, "serialize");
         return false;

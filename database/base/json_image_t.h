@@ -13,6 +13,8 @@
 
 #include <functional>
 
+#include "platform/qjsonserializer/qjsonserializer.h"
+
 #include "database/database_export.h"
 
 namespace database {
@@ -109,6 +111,8 @@ private:
     QString wholeDigest() const;
 
     QJsonObject jdata;
+    // The JSON of the tree's objects from the last rebuild, lent to the next.
+    QJsonSerializer::TextMemo memo;
     // Counts the successful rebuilds: a map's kept JSON belongs to one of them.
     quint64 serial = 0;
     int updateCount = 0;

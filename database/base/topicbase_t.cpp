@@ -92,7 +92,19 @@ void topicbase_t::setTopic(QString const& _topic)
 
 QJsonObject topicbase_t::getPacketUpdated(QString const& _topic, QJsonValue const& payload)
 {
-    return QJsonObject{{QStringLiteral("topic"), _topic}, {QStringLiteral("payload"), payload}};
+    // An undefined payload leaves its key out, as an insert would.
+    if (payload.isUndefined())
+        return QJsonObject{{QStringLiteral("topic"), _topic}};
+    // Every packet copies one ready pair of keys instead of making both anew:
+    // half the work of building it by inserts. Keys are kept sorted, so
+    // "payload" comes first.
+    static QJsonObject const blank{{QStringLiteral("payload"), QJsonValue::Null},
+                                   {QStringLiteral("topic"), QJsonValue::Null}};
+    QJsonObject packet = blank;
+    auto it = packet.begin();
+    it.value() = payload;
+    (++it).value() = _topic;
+    return packet;
 }
 
 QJsonObject topicbase_t::getPacketRequest(QString const& _topic, QJsonValue const& payload)

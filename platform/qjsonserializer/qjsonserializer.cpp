@@ -445,10 +445,11 @@ class Writer
 {
 public:
     Writer(QJsonSerializer::Polymorphing polymorphing, QJsonSerializer::PolymorphingMode mode,
-           QJsonSerializer::MapSubstitute const* substitute = nullptr)
+           QJsonSerializer::MapSubstitute const* substitute = nullptr, QJsonSerializer::TextMemo* memo = nullptr)
         : m_polymorphing(polymorphing)
         , m_shortNames(mode == QJsonSerializer::ShortName)
         , m_substitute(substitute && *substitute ? substitute : nullptr)
+        , m_memo(memo)
     {
     }
 
@@ -725,11 +726,29 @@ private:
             }
         }
         text.add('}');
+        QByteArray const bytes = text.bytes();
+        QJsonSerializer::TextMemo::Entry* memo = nullptr;
+        if (m_memo) {
+            // The same text parses to the same JSON, whichever object wrote it.
+            memo = &m_memo->entries[object];
+            memo->writing = m_memo->writing;
+            if (memo->text == bytes) {
+                out = memo->json;
+                return true;
+            }
+        }
         QJsonParseError error;
-        QJsonDocument const document = QJsonDocument::fromJson(text.bytes(), &error);
-        if (error.error != QJsonParseError::NoError || !document.isObject())
+        QJsonDocument const document = QJsonDocument::fromJson(bytes, &error);
+        if (error.error != QJsonParseError::NoError || !document.isObject()) {
+            if (memo)
+                memo->text.clear();
             return false;
+        }
         out = document.object();
+        if (memo) {
+            memo->text = QByteArray(bytes.constData(), bytes.size());
+            memo->json = out;
+        }
         return true;
     }
 
@@ -815,6 +834,7 @@ private:
     QJsonSerializer::Polymorphing m_polymorphing;
     bool m_shortNames;
     QJsonSerializer::MapSubstitute const* m_substitute;
+    QJsonSerializer::TextMemo* m_memo;
     QStringList m_path;
     QMetaObject const* m_lastMetaObject = nullptr;
     ClassInfo const* m_lastClass = nullptr;
@@ -1040,12 +1060,16 @@ private:
         if (parent == m_topParent)
             m_created.push_back(instance);
 
-        for (PropertyInfo const& property : info->properties) {
+        QVarLengthArray<QJsonObject::const_iterator, 32> fieldOf;
+        bool const inStep = fieldsInStep(fields, info, fieldOf);
+        for (std::size_t i = 0; i < info->properties.size(); ++i) {
+            PropertyInfo const& property = info->properties[i];
             if (!property.writable)
                 continue;
             // A Latin-1 key compares with the object's stored keys without widening either.
-            auto const field = property.asciiName ? fields.constFind(property.latin1Name)
-                                                  : fields.constFind(property.name);
+            auto const field = inStep              ? fieldOf[qsizetype(i)]
+                               : property.asciiName ? fields.constFind(property.latin1Name)
+                                                    : fields.constFind(property.name);
             if (field == fields.constEnd())
                 continue;
             try {
@@ -1059,6 +1083,37 @@ private:
             }
         }
         return instance;
+    }
+
+    /// The field of each property when the keys are exactly the class's own, as
+    /// in every whole object it wrote: one walk beside its key order instead
+    /// of a search per key. False when they are not.
+    static bool fieldsInStep(QJsonObject const& fields, ClassInfo const* info,
+                             QVarLengthArray<QJsonObject::const_iterator, 32>& fieldOf)
+    {
+        if (!info->textual)
+            return false;
+        qsizetype const count = qsizetype(info->properties.size());
+        std::vector<int> const* order = fields.size() == count       ? &info->keyOrder
+                                        : fields.size() == count + 1 ? &info->classKeyOrder
+                                                                     : nullptr;
+        if (!order)
+            return false;
+        fieldOf.resize(count);
+        auto it = fields.constBegin();
+        for (int const index : *order) {
+            QString const key = it.key();
+            if (index < 0) {
+                if (key != QLatin1StringView("@class"))
+                    return false;
+            } else {
+                if (key != info->properties[std::size_t(index)].latin1Name)
+                    return false;
+                fieldOf[index] = it;
+            }
+            ++it;
+        }
+        return true;
     }
 
     /// QMetaProperty::write() for a value of exactly the property's type, which
@@ -1165,12 +1220,28 @@ bool QJsonSerializer::isSerializedForm(QObject const* object, QJsonObject const&
     return object && Writer(m_polymorphing, m_polymorphingMode).isSerializedForm(object, json);
 }
 
-QJsonValue QJsonSerializer::serializeImpl(QVariant const& data, MapSubstitute const& substitute) const
+QJsonValue QJsonSerializer::serializeImpl(QVariant const& data, MapSubstitute const& substitute, TextMemo* memo) const
 {
-    Writer writer(m_polymorphing, m_polymorphingMode, &substitute);
+    Writer writer(m_polymorphing, m_polymorphingMode, &substitute, memo);
+    if (memo)
+        ++memo->writing;
+    // Whatever this writing did not meet goes, also after a failure.
+    auto const forgetUnmet = [memo] {
+        if (!memo)
+            return;
+        for (auto it = memo->entries.begin(); it != memo->entries.end();) {
+            if (it->writing == memo->writing)
+                ++it;
+            else
+                it = memo->entries.erase(it);
+        }
+    };
     try {
-        return writer.variant(data, 0);
+        QJsonValue json = writer.variant(data, 0);
+        forgetUnmet();
+        return json;
     } catch (Failure const& failure) {
+        forgetUnmet();
         throw QJsonSerializerException(failure.message());
     }
 }

@@ -1,6 +1,7 @@
 #ifndef PLATFORM_QJSONSERIALIZER_QJSONSERIALIZER_H
 #define PLATFORM_QJSONSERIALIZER_QJSONSERIALIZER_H
 
+#include <QHash>
 #include <QJsonObject>
 #include <QJsonValue>
 #include <QList>
@@ -74,8 +75,26 @@ public:
      * the map. Lets a caller that keeps the JSON of large maps skip them.
      */
     using MapSubstitute = std::function<bool(QObject const* owner, QStringList const& path, QJsonValue& out)>;
-    /// serializeImpl() with substitute asked as described there.
-    QJsonValue serializeImpl(QVariant const& data, MapSubstitute const& substitute) const;
+    /**
+     * What repeated writings of one tree keep between them: the JSON of each
+     * object last written through its compact text, taken again while the
+     * text is the same, since parsing the text is most of such an object's
+     * cost. Objects not met in a writing are forgotten after it. Its contents
+     * are the serializer's own; one memo serves one tree on one thread.
+     */
+    struct TextMemo {
+        struct Entry {
+            QByteArray text;
+            QJsonObject json;
+            quint64 writing = 0;
+        };
+        QHash<QObject const*, Entry> entries;
+        quint64 writing = 0;
+    };
+
+    /// serializeImpl() with substitute asked as described there, and memo,
+    /// when given, remembering and lending objects' JSON as described there.
+    QJsonValue serializeImpl(QVariant const& data, MapSubstitute const& substitute, TextMemo* memo = nullptr) const;
 
     /// Whether json is exactly what serializeImpl() gives for object, told
     /// without serializing it: known only for an object whose stored values

@@ -82,16 +82,39 @@ private Q_SLOTS:
         QCOMPARE(forward_bridge_local, QStringLiteral("forward-bridge/local"));
     }
 
+    void packetsOfTopicbase_data()
+    {
+        QTest::addColumn<QJsonValue>("payload");
+        QTest::addColumn<QJsonObject>("expected");
+        QTest::newRow("null") << QJsonValue(QJsonValue::Null) << object(R"({"topic":"x/y","payload":null})");
+        QTest::newRow("object") << QJsonValue(object(R"({"b":1,"a":"t"})"))
+                                << object(R"({"topic":"x/y","payload":{"a":"t","b":1}})");
+        QTest::newRow("text") << QJsonValue(QStringLiteral("on")) << object(R"({"topic":"x/y","payload":"on"})");
+        QTest::newRow("number") << QJsonValue(2.5) << object(R"({"topic":"x/y","payload":2.5})");
+        QTest::newRow("array") << QJsonValue(QJsonArray{1, "a"}) << object(R"({"topic":"x/y","payload":[1,"a"]})");
+        QTest::newRow("undefined leaves the key out") << QJsonValue(QJsonValue::Undefined)
+                                                      << object(R"({"topic":"x/y"})");
+    }
+
     void packetsOfTopicbase()
     {
+        QFETCH(QJsonValue, payload);
+        QFETCH(QJsonObject, expected);
         database::base::topicbase_t parent(QStringLiteral("items"), nullptr);
         database::base::topicbase_t child(QStringLiteral("items/objects_list/K"), &parent);
         database::base::topicbase_t copy(child);
         QCOMPARE(copy.getTopic(), QStringLiteral("items/objects_list/K"));
         QCOMPARE(copy.parent(), nullptr);
-        QJsonObject const expected{{"topic", "x/y"}, {"payload", QJsonValue::Null}};
-        QCOMPARE(child.getPacketRequest(QStringLiteral("x/y"), QJsonValue::Null), expected);
-        QCOMPARE(child.getPacketUpdated(QStringLiteral("x/y"), QJsonValue::Null), expected);
+        QJsonObject const request = child.getPacketRequest(QStringLiteral("x/y"), payload);
+        QCOMPARE(request, expected);
+        QCOMPARE(QJsonDocument(request).toJson(QJsonDocument::Compact),
+                 QJsonDocument(expected).toJson(QJsonDocument::Compact));
+        // Packets built one after the other share nothing that one could change in another.
+        QJsonObject updated = child.getPacketUpdated(QStringLiteral("x/y"), payload);
+        updated.insert(QStringLiteral("topic"), QStringLiteral("changed"));
+        QCOMPARE(child.getPacketUpdated(QStringLiteral("x/y"), payload), expected);
+        QCOMPARE(child.getPacketUpdated(QStringLiteral("z"), QJsonValue::Null),
+                 object(R"({"topic":"z","payload":null})"));
     }
 
     void requestAndStatusSwapEveryOccurrence_data()

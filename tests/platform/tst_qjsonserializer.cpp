@@ -557,6 +557,115 @@ private Q_SLOTS:
         QVERIFY(!serializer->isSerializedForm(nullptr, json));
     }
 
+    void objectReadWhateverItsKeys_data()
+    {
+        QTest::addColumn<QByteArray>("json");
+        QTest::addColumn<QString>("label");
+        QTest::addColumn<bool>("on");
+        QTest::addColumn<qint64>("big");
+        QTest::addColumn<int>("count");
+        QTest::newRow("every key") << QByteArray(R"({"big":5,"count":-3,"label":"x","on":true})")
+                                   << QStringLiteral("x") << true << qint64(5) << -3;
+        QTest::newRow("every key and the class")
+            << QByteArray(R"({"@class":"record_item","big":5,"count":-3,"label":"x","on":true})")
+            << QStringLiteral("x") << true << qint64(5) << -3;
+        QTest::newRow("a key missing") << QByteArray(R"({"big":5,"label":"x","on":true})") << QStringLiteral("x")
+                                       << true << qint64(5) << 0;
+        QTest::newRow("an unknown key in place of one") << QByteArray(R"({"big":5,"cost":-3,"label":"x","on":true})")
+                                                        << QStringLiteral("x") << true << qint64(5) << 0;
+        QTest::newRow("an unknown key in place of the class")
+            << QByteArray(R"({"a":1,"big":5,"count":-3,"label":"x","on":true})") << QStringLiteral("x") << true
+            << qint64(5) << -3;
+        QTest::newRow("an unknown key beside every key")
+            << QByteArray(R"({"big":5,"count":-3,"label":"x","on":true,"zz":0})") << QStringLiteral("x") << true
+            << qint64(5) << -3;
+        QTest::newRow("no key") << QByteArray("{}") << QString() << false << qint64(0) << 0;
+    }
+
+    void objectReadWhateverItsKeys()
+    {
+        QFETCH(QByteArray, json);
+        QFETCH(QString, label);
+        QFETCH(bool, on);
+        QFETCH(qint64, big);
+        QFETCH(int, count);
+        std::unique_ptr<QJsonSerializer> serializer(makeSerializer(QJsonSerializer::Enabled));
+        std::unique_ptr<record_item> item(serializer->deserialize<record_item*>(parse(json), nullptr));
+        QVERIFY(item);
+        QCOMPARE(item->m_label, label);
+        QCOMPARE(item->m_on, on);
+        QCOMPARE(item->m_big, big);
+        QCOMPARE(item->m_count, count);
+    }
+
+    void memoLendsJsonOnlyWhileTextIsSame_data()
+    {
+        QTest::addColumn<QString>("change");
+        QTest::addColumn<bool>("sameJson");
+        QTest::addColumn<int>("remembered");
+        QTest::newRow("nothing") << QString() << true << 3;
+        QTest::newRow("a text of the top") << QStringLiteral("label") << false << 3;
+        QTest::newRow("a value written after the text") << QStringLiteral("extra") << false << 3;
+        QTest::newRow("a value of a child") << QStringLiteral("child weight") << false << 3;
+        QTest::newRow("a child of the same text in place of another") << QStringLiteral("child same") << true << 3;
+        QTest::newRow("a child of other text in place of another") << QStringLiteral("child other") << false << 3;
+        QTest::newRow("a child gone") << QStringLiteral("child gone") << false << 2;
+        QTest::newRow("a record's key order unchanged, its text not") << QStringLiteral("record") << false << 3;
+    }
+
+    void memoLendsJsonOnlyWhileTextIsSame()
+    {
+        QFETCH(QString, change);
+        QFETCH(bool, sameJson);
+        QFETCH(int, remembered);
+        QObject owner;
+        auto* top = new mixed_item(&owner);
+        top->m_label = QStringLiteral("top");
+        top->m_extra = QJsonObject{{"k", 1}};
+        top->m_child = new base_item(top);
+        top->m_child->m_label = QStringLiteral("inner");
+        auto* record = new record_item(&owner);
+        record->m_label = QStringLiteral("r");
+        QVariantList const root{QVariant::fromValue(top), QVariant::fromValue(record)};
+        std::unique_ptr<QJsonSerializer> serializer(makeSerializer(QJsonSerializer::Enabled));
+        QJsonSerializer::MapSubstitute const none;
+        QJsonSerializer::TextMemo memo;
+        QJsonValue const before = serializer->serializeImpl(QVariant(root), none, &memo);
+        QCOMPARE(before, serializer->serializeImpl(QVariant(root)));
+        if (change == QLatin1String("label")) {
+            top->m_label = QStringLiteral("moved");
+        } else if (change == QLatin1String("extra")) {
+            top->m_extra = QJsonArray{2};
+        } else if (change == QLatin1String("child weight")) {
+            top->m_child->m_weight = 8;
+        } else if (change.startsWith(QLatin1String("child "))) {
+            base_item* const old = top->m_child;
+            top->m_child = nullptr;
+            if (change != QLatin1String("child gone")) {
+                top->m_child = new base_item(top);
+                top->m_child->m_label = change == QLatin1String("child same") ? old->m_label : QStringLiteral("new");
+            }
+            delete old;
+        } else if (change == QLatin1String("record")) {
+            record->m_count = 10;
+        }
+        QJsonValue const after = serializer->serializeImpl(QVariant(root), none, &memo);
+        QJsonValue const plain = serializer->serializeImpl(QVariant(root));
+        QCOMPARE(after, plain);
+        QCOMPARE(QJsonDocument(after.toArray()).toJson(QJsonDocument::Compact),
+                 QJsonDocument(plain.toArray()).toJson(QJsonDocument::Compact));
+        QCOMPARE(after == before, sameJson);
+        // Only the objects of the last writing are remembered.
+        QCOMPARE(memo.entries.size(), remembered);
+        // A writing that fails forgets what it did not reach; the next one is whole again.
+        QVariantList failing{QVariant::fromValue(top), QVariant::fromValue(opaque{})};
+        QVERIFY_THROWS_EXCEPTION(QJsonSerializerException,
+                                 serializer->serializeImpl(QVariant(failing), none, &memo));
+        QCOMPARE(memo.entries.size(), remembered - 1);
+        QCOMPARE(serializer->serializeImpl(QVariant(root), none, &memo), plain);
+        QCOMPARE(memo.entries.size(), remembered);
+    }
+
     void mapKeysKeepTheirOrder()
     {
         map_string const map{{QStringLiteral("b"), {}}, {QStringLiteral("Z"), {}}, {QStringLiteral("10"), {}},
