@@ -727,28 +727,22 @@ private:
         }
         text.add('}');
         QByteArray const bytes = text.bytes();
-        QJsonSerializer::TextMemo::Entry* memo = nullptr;
         if (m_memo) {
             // The same text parses to the same JSON, whichever object wrote it.
-            memo = &m_memo->entries[object];
-            memo->writing = m_memo->writing;
-            if (memo->text == bytes) {
-                out = memo->json;
+            auto const known = m_memo->entries.constFind(object);
+            if (known != m_memo->entries.constEnd() && known->text == bytes) {
+                out = known->json;
+                m_memo->met.insert(object, *known);
                 return true;
             }
         }
         QJsonParseError error;
         QJsonDocument const document = QJsonDocument::fromJson(bytes, &error);
-        if (error.error != QJsonParseError::NoError || !document.isObject()) {
-            if (memo)
-                memo->text.clear();
+        if (error.error != QJsonParseError::NoError || !document.isObject())
             return false;
-        }
         out = document.object();
-        if (memo) {
-            memo->text = QByteArray(bytes.constData(), bytes.size());
-            memo->json = out;
-        }
+        if (m_memo)
+            m_memo->met.insert(object, {QByteArray(bytes.constData(), bytes.size()), out});
         return true;
     }
 
@@ -1223,25 +1217,23 @@ bool QJsonSerializer::isSerializedForm(QObject const* object, QJsonObject const&
 QJsonValue QJsonSerializer::serializeImpl(QVariant const& data, MapSubstitute const& substitute, TextMemo* memo) const
 {
     Writer writer(m_polymorphing, m_polymorphingMode, &substitute, memo);
-    if (memo)
-        ++memo->writing;
-    // Whatever this writing did not meet goes, also after a failure.
-    auto const forgetUnmet = [memo] {
-        if (!memo)
-            return;
-        for (auto it = memo->entries.begin(); it != memo->entries.end();) {
-            if (it->writing == memo->writing)
-                ++it;
-            else
-                it = memo->entries.erase(it);
+    if (memo) {
+        memo->met.clear();
+        memo->met.reserve(memo->entries.size());
+    }
+    // What this writing met is all that is kept, also after a failure.
+    auto const keepMet = [memo] {
+        if (memo) {
+            memo->entries = std::move(memo->met);
+            memo->met = {};
         }
     };
     try {
         QJsonValue json = writer.variant(data, 0);
-        forgetUnmet();
+        keepMet();
         return json;
     } catch (Failure const& failure) {
-        forgetUnmet();
+        keepMet();
         throw QJsonSerializerException(failure.message());
     }
 }

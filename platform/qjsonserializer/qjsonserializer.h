@@ -86,10 +86,9 @@ public:
         struct Entry {
             QByteArray text;
             QJsonObject json;
-            quint64 writing = 0;
         };
-        QHash<QObject const*, Entry> entries;
-        quint64 writing = 0;
+        QHash<QObject const*, Entry> entries; // of the last writing
+        QHash<QObject const*, Entry> met;     // of the writing under way
     };
 
     /// serializeImpl() with substitute asked as described there, and memo,
