@@ -1,9 +1,12 @@
 #include "host_json_t.h"
 
+#include <QCborValue>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLocale>
 
+#include <charconv>
 #include <utility>
 
 namespace {
@@ -51,8 +54,8 @@ void host_json_t::appendString(QByteArray& out, QString const& s)
     out += documentText(s);
 }
 
-// Strings, objects and arrays here; numbers and escaped strings by Qt's
-// writer, which decides their exact form.
+// Escaped strings by Qt's writer, which decides their exact form; the rest
+// here, as that writer puts it.
 void host_json_t::append(QByteArray& out, QJsonValue const& value)
 {
     switch (value.type()) {
@@ -65,6 +68,21 @@ void host_json_t::append(QByteArray& out, QJsonValue const& value)
     case QJsonValue::String:
         appendString(out, value.toString());
         return;
+    case QJsonValue::Double: {
+        // As Qt's writer puts them: an integer as it stands, a double in its
+        // shortest form, what is not finite as null.
+        QCborValue const number = QCborValue::fromJsonValue(value);
+        if (number.isInteger()) {
+            char digits[24];
+            auto const end = std::to_chars(digits, digits + sizeof digits, number.toInteger()).ptr;
+            out.append(digits, end - digits);
+        } else if (double const d = number.toDouble(); qIsFinite(d)) {
+            out += QByteArray::number(d, 'g', QLocale::FloatingPointShortest);
+        } else {
+            out += "null";
+        }
+        return;
+    }
     case QJsonValue::Object: {
         QJsonObject const object = value.toObject();
         out += '{';

@@ -64,6 +64,12 @@ private Q_SLOTS:
         QTest::newRow("non-ASCII and a pair") << QJsonValue(QStringLiteral("\u00e9\u4e2d\U0001F600"));
         QTest::newRow("lone surrogate") << QJsonValue(lone);
         QTest::newRow("numbers") << QJsonValue(QJsonArray{0, -7, 21.5, 1e300, 9007199254740993LL, 0.1});
+        QTest::newRow("numbers at the edges")
+            << QJsonValue(QJsonArray{-0.0, 1e21, -1.5e-300, 4.9e-324, 1.7976931348623157e308, 123456789012345678LL,
+                                     std::numeric_limits<qint64>::min(), std::numeric_limits<qint64>::max(),
+                                     qQNaN(), qInf(), -qInf(), 2.0, -3.0, 0.30000000000000004});
+        QTest::newRow("a lone number") << QJsonValue(-42);
+        QTest::newRow("a lone fraction") << QJsonValue(6.02e23);
         QTest::newRow("bools and null") << QJsonValue(QJsonArray{true, false, QJsonValue::Null});
         QTest::newRow("empty containers") << QJsonValue(QJsonObject{{"a", QJsonArray{}}, {"b", QJsonObject{}}});
         QTest::newRow("keys to escape and nesting")
