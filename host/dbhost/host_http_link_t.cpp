@@ -502,10 +502,10 @@ void host_http_link_t::sendFeed(QByteArray const& lines)
     }
 }
 
-void host_http_link_t::forwardRequest(QJsonObject const& packet)
+void host_http_link_t::forwardRequest(packet_t const& request)
 {
     // "request/DB/<database>/...": the third step names the database.
-    QString const name = packet.value(QStringLiteral("topic")).toString().section(QLatin1Char('/'), 2, 2);
+    QString const name = request.packet.value(QStringLiteral("topic")).toString().section(QLatin1Char('/'), 2, 2);
     counted(requestCells, QStringLiteral("dbhost_requests_total"), QStringLiteral("database"), name).add();
 }
 

@@ -115,6 +115,42 @@ void host_json_t::append(QByteArray& out, QJsonValue const& value)
     }
 }
 
+QByteArray host_json_t::textWith(QJsonObject const& object, QString const& key, QByteArray const& valueText)
+{
+    QByteArray out;
+    out.reserve(valueText.size() + 64);
+    out += '{';
+    bool first = true;
+    bool placed = false;
+    auto const separate = [&] {
+        if (!std::exchange(first, false))
+            out += ',';
+    };
+    auto const place = [&] {
+        separate();
+        appendString(out, key);
+        out += ':';
+        out += valueText;
+        placed = true;
+    };
+    // An object writes its keys in order; a member of the same key gives way.
+    for (auto it = object.constBegin(); it != object.constEnd(); ++it) {
+        int const order = QString::compare(it.key(), key);
+        if (order == 0)
+            continue;
+        if (order > 0 && !placed)
+            place();
+        separate();
+        appendString(out, it.key());
+        out += ':';
+        append(out, it.value());
+    }
+    if (!placed)
+        place();
+    out += '}';
+    return out;
+}
+
 QByteArray host_json_t::text(QJsonValue const& value)
 {
     QByteArray out;

@@ -2,6 +2,7 @@
 #define HOST_DBHOST_HOST_JSON_T_H
 
 #include <QByteArray>
+#include <QJsonObject>
 #include <QJsonValue>
 #include <QString>
 
@@ -18,6 +19,10 @@ public:
     static QByteArray text(QJsonValue const& value);
     /// Appends the compact text of value to out.
     static void append(QByteArray& out, QJsonValue const& value);
+    /// The compact text of object with one more member, key, whose value is
+    /// valueText (compact JSON already), in the place its key takes among
+    /// the others: a text made once goes into several without being read again.
+    static QByteArray textWith(QJsonObject const& object, QString const& key, QByteArray const& valueText);
     /// Appends s as a JSON string, escaped as the JSON documents escape it.
     static void appendString(QByteArray& out, QString const& s);
 };

@@ -8,13 +8,16 @@
 
 host_link_t::~host_link_t() = default;
 
-
+host_link_t::packet_t::packet_t(QJsonObject _packet)
+    : packet(std::move(_packet))
+{
+}
 
 host_link_t::change_t::change_t(QString _database, QString _signal, QString _key, QJsonObject _packet)
-    : database(std::move(_database))
+    : packet_t(std::move(_packet))
+    , database(std::move(_database))
     , signal(std::move(_signal))
     , key(std::move(_key))
-    , packet(std::move(_packet))
 {
 }
 
@@ -39,12 +42,12 @@ QByteArray packetOf(QByteArray const& payload, QString const& topic)
 
 } // namespace
 
-bool host_link_t::change_t::plain() const
+bool host_link_t::packet_t::plain() const
 {
     return packet.size() == 2 && packet.value(topicKey).isString() && packet.contains(payloadKey);
 }
 
-QByteArray const& host_link_t::change_t::payloadText() const
+QByteArray const& host_link_t::packet_t::payloadText() const
 {
     if (payload.isEmpty()) {
         payload.reserve(128);
@@ -53,7 +56,7 @@ QByteArray const& host_link_t::change_t::payloadText() const
     return payload;
 }
 
-QByteArray const& host_link_t::change_t::packetText() const
+QByteArray const& host_link_t::packet_t::packetText() const
 {
     if (packetJson.isEmpty()) {
         if (plain()) {
@@ -94,9 +97,9 @@ QByteArray host_link_t::change_t::journalEntry() const
     return packetOf(payloadText(), topic);
 }
 
-QJsonObject host_link_t::acceptRequest(QJsonObject const&)
+QByteArray host_link_t::acceptRequest(packet_t const&)
 {
-    return QJsonObject();
+    return QByteArray();
 }
 
 void host_link_t::restoreRecord(QJsonObject const&) {}

@@ -22,10 +22,33 @@ public:
     using QObject::QObject;
     ~host_link_t() override;
 
+    /// A packet with its texts, each made once by the first link that asks
+    /// and then shared by the journal and every link.
+    class packet_t
+    {
+    public:
+        explicit packet_t(QJsonObject _packet);
+
+        QJsonObject packet;
+
+        /// The payload as compact JSON ("null" for a removal), as the broker carries it.
+        QByteArray const& payloadText() const;
+        /// The whole packet as compact JSON.
+        QByteArray const& packetText() const;
+
+    protected:
+        /// A packet of a topic and a payload only: its text is made of the payload's.
+        bool plain() const;
+
+    private:
+        mutable QByteArray payload;
+        mutable QByteArray packetJson;
+    };
+
     /// A change of a database of this process as every link gets it: the
     /// database ("persistent", "realtime", "presencesimulation"), the signal,
     /// the key (null on routes that carry none) and the packet.
-    class change_t
+    class change_t : public packet_t
     {
     public:
         change_t(QString _database, QString _signal, QString _key, QJsonObject _packet);
@@ -33,25 +56,16 @@ public:
         QString database;
         QString signal;
         QString key;
-        QJsonObject packet;
 
         /// The change as one line of JSON (no newline): the same text on
         /// standard output and on the inspector's feed, made once by the
         /// first link that asks.
         QByteArray const& line() const;
-        /// The payload as compact JSON ("null" for a removal), as the broker carries it.
-        QByteArray const& payloadText() const;
         /// The change as the status it is journaled as ("status/DB/<database>/<topic>"), one line of JSON.
         QByteArray journalEntry() const;
 
     private:
-        /// A packet of a topic and a payload only: its text is made of the payload's.
-        bool plain() const;
-        QByteArray const& packetText() const;
-
         mutable QByteArray text;
-        mutable QByteArray payload;
-        mutable QByteArray packetJson;
     };
 
     /// Starts reading; called once, when the session starts.
@@ -60,7 +74,7 @@ public:
     virtual void stop() {}
 
     /// A request raised in this process, by its engines or by its own users.
-    virtual void forwardRequest(QJsonObject const& packet) = 0;
+    virtual void forwardRequest(packet_t const& request) = 0;
 
     /// A change of a database of this process.
     virtual void reportChange(change_t const& change) = 0;
@@ -72,8 +86,8 @@ public:
 
     /// A request of this process is accepted, before it is reported and
     /// forwarded: a link that must find it again after a crash returns the
-    /// record to journal with it (empty: nothing to keep).
-    virtual QJsonObject acceptRequest(QJsonObject const& packet);
+    /// record's text to journal with it (empty: nothing to keep).
+    virtual QByteArray acceptRequest(packet_t const& request);
     /// A record of this link's found in the journal at start, in order.
     virtual void restoreRecord(QJsonObject const& record);
     /// What this link must find again once the journal is started anew.

@@ -308,23 +308,23 @@ void host_mqtt_link_t::flushOutput()
     acknowledgements.clear();
 }
 
-QJsonObject host_mqtt_link_t::acceptRequest(QJsonObject const& packet)
+QByteArray host_mqtt_link_t::acceptRequest(packet_t const& request)
 {
     if (server)
-        return QJsonObject();
+        return QByteArray();
     QString const id = instance + QLatin1Char(':') + QString::number(++sequence);
-    addWaiting(packet, id);
+    addWaiting(request, id);
     if (!full && waiting.size() >= waitingLimit) {
         full = true;
         std::fprintf(stderr, "dbhost: %zu requests wait for the server; input waits for them\n", waitingLimit);
         Q_EMIT congested(true);
     }
-    return {{requestKey, packet}, {idKey, id}};
+    return host_json_t::textWith({{idKey, id}}, requestKey, request.packetText());
 }
 
-void host_mqtt_link_t::addWaiting(QJsonObject const& packet, QString const& id)
+void host_mqtt_link_t::addWaiting(packet_t const& accepted, QString const& id)
 {
-    request_t request{packet, id, QString(), 0};
+    request_t request{accepted.packet, accepted.payloadText(), id, QString(), 0};
     // An id of another form is never taken as acknowledged.
     if (!splitId(id, request.instance, request.sequence))
         request.instance.clear();
@@ -360,7 +360,7 @@ void host_mqtt_link_t::restoreRecord(QJsonObject const& record)
     }
     if (record.contains(requestKey)) {
         // Accepted before the last end and not known to have arrived: it goes again.
-        addWaiting(record.value(requestKey).toObject(), record.value(idKey).toString());
+        addWaiting(packet_t(record.value(requestKey).toObject()), record.value(idKey).toString());
         durableCount = waiting.size();
     } else if (record.contains(acknowledgedKey)) {
         takeAcknowledgement(record.value(acknowledgedKey).toObject());
@@ -505,11 +505,11 @@ void host_mqtt_link_t::askForSections(bool online)
     client.publish(prefix + hashesTopic + clientId, encode(sync.hashes()));
 }
 
-void host_mqtt_link_t::forwardRequest(QJsonObject const& packet)
+void host_mqtt_link_t::forwardRequest(packet_t const& request)
 {
     if (server) {
         // The server decides: its own requests are applied here.
-        Q_EMIT packetArrived(packet, QStringLiteral("a request of this process"));
+        Q_EMIT packetArrived(request.packet, QStringLiteral("a request of this process"));
         return;
     }
     // Called once the request is in the journal, in the order of acceptance.
@@ -526,7 +526,7 @@ void host_mqtt_link_t::flushRequests()
         if (isAcknowledged(request))
             continue;
         QString const topic = request.packet.value(QStringLiteral("topic")).toString();
-        if (!client.publish(prefix + topic, encode(request.packet.value(QStringLiteral("payload"))), false,
+        if (!client.publish(prefix + topic, request.body, false,
                             {{requestIdProperty, request.id}, {replyToProperty, clientId}}))
             return;
         if (!resend.isActive())

@@ -49,12 +49,12 @@ public:
 
     void start() override;
     void stop() override;
-    void forwardRequest(QJsonObject const& packet) override;
+    void forwardRequest(packet_t const& request) override;
     /// Server: the acknowledgements of the reports just released, one message per client.
     void flushOutput() override;
     void reportChange(change_t const& change) override;
     void reportProblem(QString const& event, QJsonObject const& packet, QString const& message) override;
-    QJsonObject acceptRequest(QJsonObject const& packet) override;
+    QByteArray acceptRequest(packet_t const& request) override;
     void restoreRecord(QJsonObject const& record) override;
     QList<QJsonObject> carriedRecords() const override;
     void holdInput(bool hold) override;
@@ -76,6 +76,8 @@ private Q_SLOTS:
 private:
     struct request_t {
         QJsonObject packet;
+        /// The payload's text, as it goes out (again, after a reconnection).
+        QByteArray body;
         QString id;
         /// The id's parts, read once: acknowledgements name them.
         QString instance;
@@ -100,7 +102,7 @@ private:
     /// Client: everything not acknowledged goes out again, in order.
     void resendUnacknowledged();
     void takeAcknowledgement(QJsonObject const& acknowledged);
-    void addWaiting(QJsonObject const& packet, QString const& id);
+    void addWaiting(packet_t const& request, QString const& id);
     bool isAcknowledged(request_t const& request) const;
     /// Server: true the first time a request id is seen; notes it applied.
     bool markApplied(QString const& id);

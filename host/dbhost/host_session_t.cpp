@@ -481,15 +481,17 @@ void host_session_t::onChangeKey(QJsonObject _packet, QString _key)
 
 void host_session_t::onRequest(QJsonObject _packet)
 {
-    // A request is accepted once the links that must find it again have it journaled.
+    // A request is accepted once the links that must find it again have it
+    // journaled. Its text is made once, for the journal and every link.
+    host_link_t::packet_t request(std::move(_packet));
     for (host_link_t* link : std::as_const(links)) {
-        QJsonObject const record = link->acceptRequest(_packet);
+        QByteArray const record = link->acceptRequest(request);
         if (!record.isEmpty())
-            fileOf(QStringLiteral("persistent"))->store->journal().append(record);
+            fileOf(QStringLiteral("persistent"))->store->journal().appendText(record);
     }
-    deliver([this, _packet] {
+    deliver([this, request = std::move(request)] {
         for (host_link_t* link : std::as_const(links))
-            link->forwardRequest(_packet);
+            link->forwardRequest(request);
     });
 }
 

@@ -152,9 +152,12 @@ void host_stdio_link_t::flushOutput()
     std::fflush(stdout);
 }
 
-void host_stdio_link_t::forwardRequest(QJsonObject const& packet)
+void host_stdio_link_t::forwardRequest(packet_t const& request)
 {
-    writeLine({{QStringLiteral("event"), QStringLiteral("request")}, {QStringLiteral("packet"), packet}});
+    // Beside a broker a request's line goes before the request itself.
+    writeText(host_json_t::textWith({{QStringLiteral("event"), QStringLiteral("request")}}, QStringLiteral("packet"),
+                                    request.packetText()),
+              local);
 }
 
 void host_stdio_link_t::reportChange(change_t const& change)

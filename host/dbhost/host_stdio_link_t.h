@@ -24,7 +24,7 @@ public:
 
     void start() override;
     void stop() override;
-    void forwardRequest(QJsonObject const& packet) override;
+    void forwardRequest(packet_t const& request) override;
     void reportChange(change_t const& change) override;
     void reportProblem(QString const& event, QJsonObject const& packet, QString const& message) override;
     void flushOutput() override;

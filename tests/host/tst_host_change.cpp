@@ -53,6 +53,54 @@ private Q_SLOTS:
         QCOMPARE(change.payloadText(), wrapped.mid(1, wrapped.size() - 2));
     }
 
+    void memberTextGoesInItsPlace_data()
+    {
+        QTest::addColumn<QJsonObject>("object");
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QJsonValue>("value");
+        QJsonObject const packet{{"topic", "request/DB/persistent/items/objects_list/I1"},
+                                 {"payload", QJsonObject{{"name", "Hall"}, {"enabled", true}}}};
+        QTest::newRow("request line") << QJsonObject{{"event", "request"}} << QStringLiteral("packet")
+                                      << QJsonValue(packet);
+        QTest::newRow("journal record") << QJsonObject{{"id", "a1b2:17"}} << QStringLiteral("request")
+                                        << QJsonValue(packet);
+        QTest::newRow("alone") << QJsonObject{} << QStringLiteral("k") << QJsonValue("v");
+        QTest::newRow("first") << QJsonObject{{"b", 1}, {"c", 2}} << QStringLiteral("a") << QJsonValue(0);
+        QTest::newRow("between") << QJsonObject{{"a", 1}, {"c", 2}} << QStringLiteral("b") << QJsonValue(0);
+        QTest::newRow("last") << QJsonObject{{"a", 1}, {"b", 2}} << QStringLiteral("c") << QJsonValue(QJsonArray{});
+        QTest::newRow("in place of a member") << QJsonObject{{"a", 1}, {"b", 2}, {"c", 3}} << QStringLiteral("b")
+                                              << QJsonValue(QJsonValue::Null);
+        QTest::newRow("case and prefixes") << QJsonObject{{"B", 1}, {"ab", 2}, {"abc", 3}} << QStringLiteral("a")
+                                           << QJsonValue("x");
+        QTest::newRow("keys beyond ASCII and to escape")
+            << QJsonObject{{"\u00e9", 1}, {"z\"", 2}, {"\u4e2d", 3}} << QStringLiteral("\u00ff") << QJsonValue(1.5);
+    }
+
+    void memberTextGoesInItsPlace()
+    {
+        QFETCH(QJsonObject, object);
+        QFETCH(QString, key);
+        QFETCH(QJsonValue, value);
+        QByteArray const text = host_json_t::text(value);
+        QJsonObject whole = object;
+        whole.insert(key, value);
+        QCOMPARE(host_json_t::textWith(object, key, text), QJsonDocument(whole).toJson(QJsonDocument::Compact));
+    }
+
+    void requestTextsAreThoseOfTheJsonDocuments()
+    {
+        QJsonObject const packet{{"topic", "request/DB/persistent/items/objects_list/I1"},
+                                 {"payload", QJsonObject{{"name", "Hall \"east\""}, {"value", 21.5}}}};
+        host_link_t::packet_t const request(packet);
+        QCOMPARE(request.packetText(), QJsonDocument(packet).toJson(QJsonDocument::Compact));
+        QCOMPARE(request.payloadText(),
+                 QJsonDocument(packet.value("payload").toObject()).toJson(QJsonDocument::Compact));
+        QJsonObject const withoutPayload{{"topic", "request/DB/command/reboot"}};
+        QCOMPARE(host_link_t::packet_t(withoutPayload).payloadText(), QByteArray("null"));
+        QCOMPARE(host_link_t::packet_t(withoutPayload).packetText(),
+                 QJsonDocument(withoutPayload).toJson(QJsonDocument::Compact));
+    }
+
     void jsonTextIsTheDocumentsText_data()
     {
         QTest::addColumn<QJsonValue>("value");
