@@ -173,19 +173,33 @@ void json_image_t::noteChangedSections(QJsonObject const& previous, QJsonObject 
     QSet<QString> patched;
     for (patch_t const& patch : patches)
         patched.insert(patch.path.constFirst());
-    bool changed = previous.keys() != next.keys();
+    // Both images hold their sections in key order: one walk pairs them,
+    // where a search per section and two lists of keys cost several times as
+    // much at every rebuild. Should the orders ever differ, a section is only
+    // taken as changed and hashed again.
+    bool changed = previous.size() != next.size();
+    auto before = previous.constBegin();
     for (auto it = next.constBegin(); it != next.constEnd(); ++it) {
+        QString const key = it.key();
+        QString earlier;
+        while (before != previous.constEnd() && (earlier = before.key()) < key) {
+            changed = true;
+            ++before;
+        }
+        bool const known = before != previous.constEnd() && earlier == key;
         QList<QStringList> below;
         for (QStringList const& path : kept) {
-            if (path.constFirst() == it.key())
+            if (path.constFirst() == key)
                 below.append(path);
         }
-        if (patched.contains(it.key()) || !previous.contains(it.key())
-            || !sameExcept(previous.value(it.key()), it.value(), below, 1)) {
-            staleSections.insert(it.key());
+        if (!known || patched.contains(key) || !sameExcept(before.value(), it.value(), below, 1)) {
+            staleSections.insert(key);
             changed = true;
         }
+        if (known)
+            ++before;
     }
+    changed = changed || before != previous.constEnd();
     for (auto it = hashes.begin(); it != hashes.end();) {
         if (next.contains(it.key())) {
             ++it;

@@ -44,7 +44,10 @@ QByteArray packetOf(QByteArray const& payload, QString const& topic)
 
 bool host_link_t::packet_t::plain() const
 {
-    return packet.size() == 2 && packet.value(topicKey).isString() && packet.contains(payloadKey);
+    // Asked by every text made; the packet doesn't change once handed over.
+    if (plainness < 0)
+        plainness = packet.size() == 2 && packet.value(topicKey).isString() && packet.contains(payloadKey) ? 1 : 0;
+    return plainness == 1;
 }
 
 QByteArray const& host_link_t::packet_t::payloadText() const

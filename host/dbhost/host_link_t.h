@@ -43,6 +43,7 @@ public:
     private:
         mutable QByteArray payload;
         mutable QByteArray packetJson;
+        mutable signed char plainness = -1;
     };
 
     /// A change of a database of this process as every link gets it: the

@@ -9,6 +9,7 @@
 
 #include <cstdio>
 
+#include "database/base/topicbase_t.h"
 #include "host_json_t.h"
 #include "host_metrics_t.h"
 
@@ -227,7 +228,7 @@ void host_mqtt_link_t::handleMessage(QString topic, QByteArray const& payload,
     // A removal is null on the wire; the library's handlers take it as an empty object.
     if (value.isNull())
         value = QJsonObject();
-    QJsonObject const packet{{QStringLiteral("topic"), topic}, {QStringLiteral("payload"), value}};
+    QJsonObject const packet = database::base::topicbase_t::getPacketUpdated(topic, value);
     QString const id = server && topic.startsWith(QLatin1String("request/")) ? properties.value(requestIdProperty)
                                                                             : QString();
     if (!id.isEmpty()) {

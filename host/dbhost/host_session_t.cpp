@@ -26,6 +26,21 @@ namespace {
 
 int signalPipe[2] = {-1, -1};
 
+/// The third step of a topic ("realtime" in "status/DB/realtime/..."), as
+/// QString::section() gives it, without splitting the topic for every packet.
+QStringView thirdStep(QStringView topic)
+{
+    qsizetype from = 0;
+    for (int step = 0; step < 2; ++step) {
+        from = topic.indexOf(QLatin1Char('/'), from);
+        if (from < 0)
+            return {};
+        ++from;
+    }
+    qsizetype const end = topic.indexOf(QLatin1Char('/'), from);
+    return end < 0 ? topic.mid(from) : topic.mid(from, end - from);
+}
+
 // Failed saves are retried after one second, then after twice the last delay up to a minute.
 constexpr int firstRetryDelay = 1000;
 constexpr int lastRetryDelay = 60000;
@@ -233,7 +248,8 @@ void host_session_t::handlePacket(QJsonObject packet, QString origin)
 bool host_session_t::route(QJsonObject const& packet)
 {
     // The database is the third and fourth steps of the topic: "status/DB/realtime/...".
-    QString const base = packet.value(QStringLiteral("topic")).toString().section(QLatin1Char('/'), 2, 2);
+    QString const topic = packet.value(QStringLiteral("topic")).toString();
+    QStringView const base = thirdStep(topic);
     if (base == QLatin1String("realtime"))
         return database->getRealtime()->update(packet);
     if (base == QLatin1String("presencesimulation"))

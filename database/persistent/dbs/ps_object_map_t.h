@@ -155,17 +155,23 @@ public:
         if (skipEmptyId && id.isEmpty())
             return;
         auto const found = objects.find(id);
+        // One topic for the stand-in and the packet, one lookup for both.
+        QString const topic = objectTopic(id);
+        T* stored = nullptr;
         if (object) {
-            object->setTopic(objectTopic(id));
-            if (found != objects.end() && found.value())
-                found.value()->update(object, false);
-            else
-                insertCopy(id, new T(*object));
+            object->setTopic(topic);
+            if (found != objects.end() && found.value()) {
+                stored = found.value();
+                stored->update(object, false);
+            } else {
+                stored = new T(*object);
+                insertCopy(id, stored);
+            }
         } else if (found != objects.end()) {
             release(found);
         }
         if (_notify)
-            sendUpdateObject(id);
+            publishObject(topic, stored);
     }
 
     /// Stores object itself under id, without a copy: the map owns it from now
@@ -249,12 +255,7 @@ public:
     }
 
     /// Publishes one object, or null when it isn't there.
-    void sendUpdateObject(QString const& id)
-    {
-        T* object = objects.value(id);
-        Q_EMIT section->onUpdated(base::topicbase_t::getPacketUpdated(
-            objectTopic(id), object ? QJsonValue(objectJson(object)) : QJsonValue()));
-    }
+    void sendUpdateObject(QString const& id) { publishObject(objectTopic(id), objects.value(id)); }
 
     /// Remembers the receiver, wires the section and gives every object its topic and wiring.
     void initRequestSignals(QObject* _receiver, bool connect)
@@ -353,6 +354,13 @@ private:
     }
 
     QString requestOf(QString const& relative) const { return requestBase + QLatin1Char('/') + relative; }
+
+    /// The packet of one object under topic, null when there is none.
+    void publishObject(QString const& topic, T* object)
+    {
+        Q_EMIT section->onUpdated(base::topicbase_t::getPacketUpdated(
+            topic, object ? QJsonValue(objectJson(object)) : QJsonValue()));
+    }
 
     /// The map owns copy from here on, wired like every other object.
     void insertCopy(QString const& id, T* copy)
