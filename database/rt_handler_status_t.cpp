@@ -41,6 +41,25 @@ QStringList topicParts(QString const& topic)
     return topic.trimmed().split(QLatin1Char('/'), Qt::SkipEmptyParts);
 }
 
+/// The last non-empty step of a topic and the one before it, as the end of
+/// topicParts() (empty where there is none), without splitting the whole
+/// topic of every item's status.
+void lastSteps(QStringView topic, QStringView& last, QStringView& before)
+{
+    topic = topic.trimmed();
+    QStringView found[2];
+    int count = 0;
+    for (qsizetype end = topic.size(); count < 2 && end > 0;) {
+        qsizetype const slash = topic.lastIndexOf(QLatin1Char('/'), end - 1);
+        QStringView const step = topic.mid(slash + 1, end - slash - 1);
+        if (!step.isEmpty())
+            found[count++] = step;
+        end = slash;
+    }
+    last = found[0];
+    before = found[1];
+}
+
 } // namespace
 
 rt_handler_status_t::rt_handler_status_t(database_t* _database, QObject* parent)
@@ -411,8 +430,10 @@ void rt_handler_status_t::onRealtimeStatusItem(QJsonObject _packet, QString _key
     handle("onRealtimeStatusItem", _packet, [&](rt_data_t* data) {
         rt_items_t* items = data->getItems();
         QJsonValue const payload = _packet.value(QStringLiteral("payload"));
-        QStringList parts = topicParts(_packet.value(QStringLiteral("topic")).toString());
-        QString const last = parts.isEmpty() ? QString() : parts.takeLast();
+        QString const topic = _packet.value(QStringLiteral("topic")).toString();
+        QStringView last;
+        QStringView next;
+        lastSteps(topic, last, next);
         if (last == QLatin1String("value")) {
             if (items->getObjects().contains(_key))
                 items->list(_key)->update_value(payload.toString(), true);
@@ -420,7 +441,6 @@ void rt_handler_status_t::onRealtimeStatusItem(QJsonObject _packet, QString _key
         }
         // The last step is gone already: a topic ending in ".../K/feedback"
         // names the key here and replaces the whole item, as it always has.
-        QString const next = parts.isEmpty() ? QString() : parts.takeLast();
         if (next == QLatin1String("feedback")) {
             if (items->getObjects().contains(_key))
                 items->list(_key)->update_feedback(payload.toString(), true);

@@ -147,6 +147,10 @@ private Q_SLOTS:
         QTest::newRow("whole item") << "" << QJsonValue(QJsonObject{{"feedback", "f"}, {"value", "v"}}) << true
                                     << "v" << "f";
         QTest::newRow("empty object removes") << "" << QJsonValue(QJsonObject()) << false << "" << "";
+        QTest::newRow("empty steps are no steps") << "/value//" << QJsonValue("on") << true << "on" << "1/1/3";
+        QTest::newRow("feedback with empty steps around") << "//feedback//x/" << QJsonValue("fb") << true << "old"
+                                                          << "fb";
+        QTest::newRow("spaces around the topic") << "/value  " << QJsonValue("on") << true << "on" << "1/1/3";
     }
 
     void itemStatusTopics()
