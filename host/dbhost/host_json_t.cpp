@@ -54,6 +54,26 @@ void host_json_t::appendString(QByteArray& out, QString const& s)
     out += documentText(s);
 }
 
+void host_json_t::appendString(QByteArray& out, std::initializer_list<QStringView> parts)
+{
+    qsizetype const at = out.size();
+    out += '"';
+    bool plain = true;
+    for (QStringView const part : parts) {
+        if (!(plain = appendPlainChars(out, part)))
+            break;
+    }
+    if (plain) {
+        out += '"';
+        return;
+    }
+    out.truncate(at);
+    QString whole;
+    for (QStringView const part : parts)
+        whole += part;
+    out += documentText(whole);
+}
+
 // Escaped strings by Qt's writer, which decides their exact form; the rest
 // here, as that writer puts it.
 void host_json_t::append(QByteArray& out, QJsonValue const& value)

@@ -5,6 +5,9 @@
 #include <QJsonObject>
 #include <QJsonValue>
 #include <QString>
+#include <QStringView>
+
+#include <initializer_list>
 
 /**
  * The compact JSON text of a value, byte for byte what QJsonDocument writes,
@@ -25,6 +28,9 @@ public:
     static QByteArray textWith(QJsonObject const& object, QString const& key, QByteArray const& valueText);
     /// Appends s as a JSON string, escaped as the JSON documents escape it.
     static void appendString(QByteArray& out, QString const& s);
+    /// Appends the string the parts make together, as appendString() would
+    /// the whole, without making the whole first.
+    static void appendString(QByteArray& out, std::initializer_list<QStringView> parts);
 };
 
 #endif // HOST_DBHOST_HOST_JSON_T_H

@@ -94,10 +94,21 @@ QByteArray const& host_link_t::change_t::line() const
 
 QByteArray host_link_t::change_t::journalEntry() const
 {
-    QString const topic = QStringLiteral("status/DB/") + database + QLatin1Char('/') + packet.value(topicKey).toString();
-    if (!plain())
+    QString const relative = packet.value(topicKey).toString();
+    if (!plain()) {
+        QString const topic = QStringLiteral("status/DB/") + database + QLatin1Char('/') + relative;
         return host_json_t::text(QJsonObject{{topicKey, topic}, {payloadKey, packet.value(payloadKey)}});
-    return packetOf(payloadText(), topic);
+    }
+    // As packetOf() writes it, the topic's pieces straight into the text.
+    QByteArray const& payloadPart = payloadText();
+    QByteArray text;
+    text.reserve(payloadPart.size() + database.size() + relative.size() + 36);
+    text += "{\"payload\":";
+    text += payloadPart;
+    text += ",\"topic\":";
+    host_json_t::appendString(text, {u"status/DB/", database, u"/", relative});
+    text += '}';
+    return text;
 }
 
 QByteArray host_link_t::acceptRequest(packet_t const&)

@@ -469,7 +469,14 @@ void host_session_t::reportProblem(QString const& event, QJsonObject const& pack
 QString host_session_t::changeSignalName() const
 {
     int const index = senderSignalIndex();
-    return index < 0 ? QString() : QString::fromLatin1(sender()->metaObject()->method(index).name());
+    if (index < 0)
+        return QString();
+    // Every change asks; the routers' signals are few and never change.
+    QMetaObject const* const metaObject = sender()->metaObject();
+    auto found = signalNames.constFind({metaObject, index});
+    if (found == signalNames.constEnd())
+        found = signalNames.insert({metaObject, index}, QString::fromLatin1(metaObject->method(index).name()));
+    return *found;
 }
 
 void host_session_t::onChange(QJsonObject _packet)

@@ -6,6 +6,7 @@
 #include <QJsonObject>
 #include <QList>
 #include <QObject>
+#include <QPair>
 #include <QSocketNotifier>
 #include <QString>
 #include <QTimer>
@@ -125,6 +126,8 @@ private:
     QList<host_link_t*> links;
     /// The database of each topic router, for the changes it signals.
     QHash<QObject const*, QString> routerDatabases;
+    /// The names of the routers' change signals, by class and index.
+    mutable QHash<QPair<QMetaObject const*, int>, QString> signalNames;
     QSocketNotifier* signalNotifier = nullptr;
     /// Reports that wait for their journal entries to be durable, in order.
     std::deque<std::function<void()>> held;
