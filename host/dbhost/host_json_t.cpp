@@ -40,7 +40,146 @@ bool appendPlainChars(QByteArray& out, QStringView s)
     return true;
 }
 
+/// Reads one value of compact text as isCompactText() takes it, moving at
+/// past it; false for anything else.
+class compact_reader_t
+{
+public:
+    explicit compact_reader_t(QByteArrayView _text)
+        : text(_text)
+    {
+    }
+
+    bool whole() { return value(0) && at == text.size(); }
+
+private:
+    static constexpr int maxDepth = 64;
+    static constexpr int maxDigits = 15;
+
+    bool take(char c)
+    {
+        if (at >= text.size() || text[at] != c)
+            return false;
+        ++at;
+        return true;
+    }
+
+    bool word(QByteArrayView w)
+    {
+        if (text.sliced(at).startsWith(w)) {
+            at += w.size();
+            return true;
+        }
+        return false;
+    }
+
+    /// A string of printable ASCII, with quote and backslash escaped as
+    /// Qt's writer escapes them; its bytes between the quotes in out.
+    bool string(QByteArrayView& out)
+    {
+        if (!take('"'))
+            return false;
+        qsizetype const start = at;
+        while (at < text.size()) {
+            char const c = text[at];
+            if (c == '"') {
+                out = text.sliced(start, at - start);
+                ++at;
+                return true;
+            }
+            if (c == '\\') {
+                if (at + 1 >= text.size() || (text[at + 1] != '"' && text[at + 1] != '\\'))
+                    return false;
+                at += 2;
+                continue;
+            }
+            if (c < 0x20 || c > 0x7e)
+                return false;
+            ++at;
+        }
+        return false;
+    }
+
+    /// An integer as Qt writes it, short enough that a double of the same
+    /// value is written the same.
+    bool number()
+    {
+        qsizetype const start = at;
+        take('-');
+        qsizetype const digits = at;
+        while (at < text.size() && text[at] >= '0' && text[at] <= '9')
+            ++at;
+        qsizetype const count = at - digits;
+        if (count == 0 || count > maxDigits || (count > 1 && text[digits] == '0'))
+            return false;
+        // "-0" is read as 0 and written so.
+        if (digits > start && count == 1 && text[digits] == '0')
+            return false;
+        return at == text.size() || (text[at] != '.' && text[at] != 'e' && text[at] != 'E');
+    }
+
+    bool value(int depth)
+    {
+        if (at >= text.size() || depth > maxDepth)
+            return false;
+        switch (text[at]) {
+        case '{': {
+            ++at;
+            if (take('}'))
+                return true;
+            QByteArrayView previous;
+            for (bool first = true;; first = false) {
+                QByteArrayView key;
+                // Keys strictly in order, the order Qt keeps them in, no key
+                // twice; an escape would order the text otherwise than the key.
+                if (!string(key) || key.contains('\\') || (!first && !(previous < key)) || !take(':')
+                    || !value(depth + 1))
+                    return false;
+                previous = key;
+                if (take('}'))
+                    return true;
+                if (!take(','))
+                    return false;
+            }
+        }
+        case '[': {
+            ++at;
+            if (take(']'))
+                return true;
+            for (;;) {
+                if (!value(depth + 1))
+                    return false;
+                if (take(']'))
+                    return true;
+                if (!take(','))
+                    return false;
+            }
+        }
+        case '"': {
+            QByteArrayView ignored;
+            return string(ignored);
+        }
+        case 't':
+            return word("true");
+        case 'f':
+            return word("false");
+        case 'n':
+            return word("null");
+        default:
+            return number();
+        }
+    }
+
+    QByteArrayView text;
+    qsizetype at = 0;
+};
+
 } // namespace
+
+bool host_json_t::isCompactText(QByteArrayView text)
+{
+    return compact_reader_t(text).whole();
+}
 
 void host_json_t::appendString(QByteArray& out, QString const& s)
 {

@@ -2,6 +2,7 @@
 #define HOST_DBHOST_HOST_JSON_T_H
 
 #include <QByteArray>
+#include <QByteArrayView>
 #include <QJsonObject>
 #include <QJsonValue>
 #include <QString>
@@ -26,6 +27,13 @@ public:
     /// valueText (compact JSON already), in the place its key takes among
     /// the others: a text made once goes into several without being read again.
     static QByteArray textWith(QJsonObject const& object, QString const& key, QByteArray const& valueText);
+    /// True when text is byte for byte what text() writes for the value it
+    /// parses to, and for any value equal to that one: then a text that came
+    /// in can stand for the value without writing it again. Only the plain
+    /// forms are taken (ASCII strings without escapes but quote and
+    /// backslash, integers of up to 15 digits, keys in order); for anything
+    /// else false, which costs a writing and nothing more.
+    static bool isCompactText(QByteArrayView text);
     /// Appends s as a JSON string, escaped as the JSON documents escape it.
     static void appendString(QByteArray& out, QString const& s);
     /// Appends the string the parts make together, as appendString() would

@@ -35,6 +35,9 @@ public:
         QByteArray const& payloadText() const;
         /// The whole packet as compact JSON.
         QByteArray const& packetText() const;
+        /// Takes text as the payload's, when the payload's text is known
+        /// already: the text it came as, checked to be the one it would get.
+        void setPayloadText(QByteArray const& text) { payload = text; }
 
     protected:
         /// A packet of a topic and a payload only: its text is made of the payload's.
@@ -108,7 +111,9 @@ protected:
 
 Q_SIGNALS:
     /// A packet for the engines of this process; origin names it in messages.
-    void packetArrived(QJsonObject packet, QString origin);
+    /// payloadText is the text the payload came as where it is the one the
+    /// host would write (host_json_t::isCompactText), else empty.
+    void packetArrived(QJsonObject packet, QString origin, QByteArray payloadText = QByteArray());
     /// A request made by a user of this process, to be forwarded like the
     /// requests the engines raise.
     void requestMade(QJsonObject packet);

@@ -226,15 +226,19 @@ void host_mqtt_link_t::handleMessage(QString topic, QByteArray const& payload,
         return;
     }
     // A removal is null on the wire; the library's handlers take it as an empty object.
-    if (value.isNull())
+    bool const removal = value.isNull();
+    if (removal)
         value = QJsonObject();
     QJsonObject const packet = database::base::topicbase_t::getPacketUpdated(topic, value);
+    // The changes the payload brings need its text again: the body is that
+    // text when it is written as the host writes.
+    QByteArray const text = !removal && host_json_t::isCompactText(payload) ? payload : QByteArray();
     QString const id = server && topic.startsWith(QLatin1String("request/")) ? properties.value(requestIdProperty)
                                                                             : QString();
     if (!id.isEmpty()) {
         bool const first = markApplied(id);
         if (first) {
-            Q_EMIT packetArrived(packet, QStringLiteral("the message on ") + topic);
+            Q_EMIT packetArrived(packet, QStringLiteral("the message on ") + topic, text);
             // The id follows the request's changes into the journal, in the
             // same turn and so in the same commit: durable together, and
             // acknowledged only once they are.
@@ -246,7 +250,7 @@ void host_mqtt_link_t::handleMessage(QString topic, QByteArray const& payload,
     }
     if (!server)
         recheck.start();
-    Q_EMIT packetArrived(packet, QStringLiteral("the message on ") + topic);
+    Q_EMIT packetArrived(packet, QStringLiteral("the message on ") + topic, text);
     // A message's changes all in the commit of its turn, in the order of the messages.
     settleLibrary();
 }

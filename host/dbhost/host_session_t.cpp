@@ -229,10 +229,12 @@ void host_session_t::start()
         link->start();
 }
 
-void host_session_t::handlePacket(QJsonObject packet, QString origin)
+void host_session_t::handlePacket(QJsonObject packet, QString origin, QByteArray payloadText)
 {
     if (finished)
         return;
+    arrivedText = payloadText;
+    arrivedPayload = payloadText.isEmpty() ? QJsonValue() : packet.value(QStringLiteral("payload"));
     bool accepted = false;
     try {
         accepted = route(packet);
@@ -489,6 +491,11 @@ void host_session_t::onChangeKey(QJsonObject _packet, QString _key)
     QString const databaseName = routerDatabases.value(sender());
     QString const signal = changeSignalName();
     host_link_t::change_t change(databaseName, signal, _key, _packet);
+    // A change that carries the payload of the packet that brought it takes
+    // the text that payload came as; equal JSON has that text whatever its
+    // numbers' types (host_json_t::isCompactText).
+    if (!arrivedText.isEmpty() && _packet.value(QStringLiteral("payload")) == arrivedPayload)
+        change.setPayloadText(arrivedText);
     // The journal keeps the change as the status it is reported as: replayed,
     // it gives the state that was reported, as it does on every client. The
     // payload's text is made once, for the journal and every link.

@@ -4,6 +4,7 @@
 #include <QElapsedTimer>
 #include <QHash>
 #include <QJsonObject>
+#include <QJsonValue>
 #include <QList>
 #include <QObject>
 #include <QPair>
@@ -65,7 +66,7 @@ public Q_SLOTS:
     void finish();
 
 private Q_SLOTS:
-    void handlePacket(QJsonObject packet, QString origin);
+    void handlePacket(QJsonObject packet, QString origin, QByteArray payloadText);
     void onSignal();
     void onChange(QJsonObject _packet);
     void onChangeKey(QJsonObject _packet, QString _key);
@@ -126,6 +127,10 @@ private:
     QList<host_link_t*> links;
     /// The database of each topic router, for the changes it signals.
     QHash<QObject const*, QString> routerDatabases;
+    /// The payload of the last packet that came with its text, and that
+    /// text: a change whose payload equals it takes the text as its own.
+    QJsonValue arrivedPayload;
+    QByteArray arrivedText;
     /// The names of the routers' change signals, by class and index.
     mutable QHash<QPair<QMetaObject const*, int>, QString> signalNames;
     QSocketNotifier* signalNotifier = nullptr;

@@ -164,6 +164,8 @@ private Q_SLOTS:
         installation_t site;
         QString why;
         QVERIFY2(site.start({"a", "b"}, tls, why), qPrintable(why));
+        for (dbhost_process_t* host : site.hosts())
+            host->checkCompactLines();
 
         dbhost_process_t& a = site.client("a");
         a.send(itemLine("L1", "Lamp"));
@@ -175,7 +177,12 @@ private Q_SLOTS:
         // A client applies nothing itself: its request went to the server and back.
         QCOMPARE(a.changes("onPersistentChangeItem", "L1"), 1);
 
-        // A driver's live value reaches every process that holds the live database.
+        // A driver's live values reach every process that holds the live
+        // database, and their lines are compact JSON however the driver wrote them.
+        QVERIFY(site.broker->publish("driver", "status/DB/realtime/items/objects_list/L1",
+                                     "{ \"value\": \"off\",\"feedback\":\"1/1/3\" }"));
+        QVERIFY(site.broker->publish("driver", "status/DB/realtime/items/objects_list/L1",
+                                     "{\"value\":\"x\\u0041\",\"feedback\":\"1/1/3\"}"));
         QVERIFY(site.broker->publish("driver", "status/DB/realtime/items/objects_list/L1/value", "\"on\""));
         QVERIFY(QTest::qWaitFor(
             [&] {
@@ -186,6 +193,9 @@ private Q_SLOTS:
                 return true;
             },
             20000));
+
+        for (dbhost_process_t* host : site.hosts())
+            QCOMPARE(host->notCompact, 0);
 
         QVERIFY(site.terminateAll());
         for (QString const& database : databases) {

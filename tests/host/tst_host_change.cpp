@@ -13,6 +13,27 @@ class tst_host_change : public QObject
 {
     Q_OBJECT
 
+    /// value with every number turned into a double: equal JSON of other types.
+    static QJsonValue asDoubles(QJsonValue const& value)
+    {
+        if (value.isDouble())
+            return QJsonValue(value.toDouble());
+        if (value.isArray()) {
+            QJsonArray out;
+            for (QJsonValue const& element : value.toArray())
+                out.append(asDoubles(element));
+            return out;
+        }
+        if (value.isObject()) {
+            QJsonObject out;
+            QJsonObject const object = value.toObject();
+            for (auto it = object.begin(); it != object.end(); ++it)
+                out.insert(it.key(), asDoubles(it.value()));
+            return out;
+        }
+        return value;
+    }
+
 private Q_SLOTS:
     void textsAreThoseOfTheJsonDocuments_data()
     {
@@ -99,6 +120,55 @@ private Q_SLOTS:
         QCOMPARE(host_link_t::packet_t(withoutPayload).payloadText(), QByteArray("null"));
         QCOMPARE(host_link_t::packet_t(withoutPayload).packetText(),
                  QJsonDocument(withoutPayload).toJson(QJsonDocument::Compact));
+    }
+
+    void compactTextIsRecognised_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<bool>("compact");
+        QJsonObject const item{{"name", "Hall \"east\" \\ 1"}, {"flags", -42}, {"enabled", true},
+                               {"list", QJsonArray{1, "a", QJsonValue::Null, QJsonObject{}, QJsonArray{}}},
+                               {"nested", QJsonObject{{"b", false}, {"a", 123456789012345LL}}}};
+        QTest::newRow("a document's text") << QJsonDocument(item).toJson(QJsonDocument::Compact) << true;
+        QTest::newRow("keys of several lengths") << QByteArray("{\"a\":0,\"ab\":1,\"abc\":2,\"b\":3}") << true;
+        QTest::newRow("bare values") << QByteArray("[\"s\",0,-5,true,false,null,{},[]]") << true;
+        QTest::newRow("lone string") << QByteArray("\"on\"") << true;
+        QTest::newRow("lone integer") << QByteArray("-123456789012345") << true;
+        QTest::newRow("space") << QByteArray("{ \"a\":1}") << false;
+        QTest::newRow("space at the end") << QByteArray("{\"a\":1} ") << false;
+        QTest::newRow("keys out of order") << QByteArray("{\"b\":1,\"a\":2}") << false;
+        QTest::newRow("key twice") << QByteArray("{\"a\":1,\"a\":2}") << false;
+        QTest::newRow("escaped key") << QByteArray("{\"#\":1,\"\\\"\":2}") << false;
+        QTest::newRow("newline escape") << QByteArray("\"a\\nb\"") << false;
+        QTest::newRow("slash escape") << QByteArray("\"a\\/b\"") << false;
+        QTest::newRow("unicode escape") << QByteArray("\"\\u0041\"") << false;
+        QTest::newRow("raw non-ASCII") << QByteArray("\"\xc3\xa9\"") << false;
+        QTest::newRow("raw control character") << QByteArray("\"a\tb\"") << false;
+        QTest::newRow("delete character") << QByteArray("\"a\x7f\"") << false;
+        QTest::newRow("fraction") << QByteArray("1.5") << false;
+        QTest::newRow("exponent") << QByteArray("1e3") << false;
+        QTest::newRow("negative zero") << QByteArray("-0") << false;
+        QTest::newRow("leading zero") << QByteArray("01") << false;
+        QTest::newRow("sixteen digits") << QByteArray("1000000000000000") << false;
+        QTest::newRow("trailing text") << QByteArray("{}x") << false;
+        QTest::newRow("cut short") << QByteArray("{\"a\":") << false;
+        QTest::newRow("nothing") << QByteArray() << false;
+        QTest::newRow("misspelt word") << QByteArray("tru") << false;
+    }
+
+    void compactTextIsRecognised()
+    {
+        QFETCH(QByteArray, text);
+        QFETCH(bool, compact);
+        QCOMPARE(host_json_t::isCompactText(text), compact);
+        if (!compact)
+            return;
+        // Taken only where the value, and the value with every number a
+        // double, are written as that very text.
+        QJsonValue const value = QJsonDocument::fromJson("[" + text + "]").array().at(0);
+        QCOMPARE(host_json_t::text(value), text);
+        QCOMPARE(host_json_t::text(asDoubles(value)), text);
+        QVERIFY(asDoubles(value) == value);
     }
 
     void jsonTextIsTheDocumentsText_data()

@@ -39,8 +39,11 @@ public:
             qsizetype start = 0;
             for (qsizetype end = 0; (end = pending.indexOf('\n', start)) >= 0; start = end + 1) {
                 QByteArrayView const line(pending.constData() + start, end - start);
-                if (keptText.isEmpty() || line.contains(keptText))
+                if (keptText.isEmpty() || line.contains(keptText)) {
                     lines.append({QJsonDocument::fromJson(line.toByteArray()).object(), now});
+                    if (checkCompact && QJsonDocument(lines.last().json).toJson(QJsonDocument::Compact) != line)
+                        ++notCompact;
+                }
             }
             pending.remove(0, start);
         });
@@ -62,6 +65,8 @@ public:
     /// Keeps only the output lines that hold text (a benchmark's reader
     /// parses no more than it counts); all of them when empty.
     void keepLinesWith(QByteArray const& text) { keptText = text; }
+    /// From now on counts the lines that are not the compact text of their JSON in notCompact.
+    void checkCompactLines() { checkCompact = true; }
     /// Before start(): the output goes nowhere and is not read at all.
     void discardOutput() { process.setStandardOutputFile(QProcess::nullDevice()); }
 
@@ -153,11 +158,13 @@ public:
 
     QList<line_t> lines;
     QString errors;
+    int notCompact = 0;
 
 private:
     QString data;
     QProcess process;
     QByteArray pending;
+    bool checkCompact = false;
     QByteArray keptText;
     QElapsedTimer clock;
 };
