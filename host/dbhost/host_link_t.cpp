@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "host_json_t.h"
+#include "platform/qjsonserializer/qjsonserializer.h"
 
 host_link_t::~host_link_t() = default;
 
@@ -53,8 +54,14 @@ bool host_link_t::packet_t::plain() const
 QByteArray const& host_link_t::packet_t::payloadText() const
 {
     if (payload.isEmpty()) {
-        payload.reserve(128);
-        host_json_t::append(payload, packet.value(payloadKey));
+        QJsonValue const value = packet.value(payloadKey);
+        // An object the library has just written comes with its text.
+        if (value.isObject())
+            payload = QJsonSerializer::recentText(value.toObject());
+        if (payload.isEmpty()) {
+            payload.reserve(128);
+            host_json_t::append(payload, value);
+        }
     }
     return payload;
 }

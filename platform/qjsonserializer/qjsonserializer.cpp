@@ -15,11 +15,13 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <cstring>
 #include <limits>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -453,6 +455,10 @@ public:
     {
     }
 
+    /// The compact text of the object written at the top, when it is the one
+    /// its JSON is written as (see QJsonSerializer::recentText()); else empty.
+    QByteArray topText;
+
     QJsonValue value(void const* data, TypeInfo const* type, int depth)
     {
         type = usable(type);
@@ -574,7 +580,7 @@ private:
 
         QJsonObject out;
         bool const classKeyed = writesClass(info);
-        if (textObject(object, info, classKeyed, out)) {
+        if (textObject(object, info, classKeyed, out, depth == 0 ? &topText : nullptr)) {
             // Each key is in place: an insert only replaces its null.
             for (PropertyInfo const& property : info->properties) {
                 if (!property.scalar)
@@ -615,6 +621,11 @@ private:
         void add(char c) { m_text.append(c); }
         void add(char const* bytes, qsizetype size) { m_text.append(bytes, size); }
         QByteArray bytes() const { return QByteArray::fromRawData(m_text.constData(), m_text.size()); }
+        /// Whether the text is byte for byte the one Qt writes for its JSON,
+        /// and for any JSON equal to that: no \\u escape (Qt writes such
+        /// characters as they are), no integer whose double would be written
+        /// in another form.
+        bool exact() const { return m_exact; }
 
         /// Appends text as a JSON string with only ASCII inside; false, having
         /// appended part of it, when it holds a surrogate, whose unpaired half
@@ -638,6 +649,7 @@ private:
                     m_text.resize(out - m_text.data());
                     return false;
                 } else {
+                    m_exact = false;
                     char const escaped[] = {'\\', 'u', hex[u >> 12], hex[(u >> 8) & 15], hex[(u >> 4) & 15], hex[u & 15]};
                     std::memcpy(out, escaped, sizeof escaped);
                     out += sizeof escaped;
@@ -650,6 +662,9 @@ private:
 
         void addInteger(qint64 value)
         {
+            // A double of more digits is written with an exponent.
+            if (value <= -1000000000000000LL || value >= 1000000000000000LL)
+                m_exact = false;
             char digits[24];
             auto const [end, error] = std::to_chars(digits, digits + sizeof digits, value);
             add(digits, end - digits);
@@ -657,6 +672,7 @@ private:
 
     private:
         QVarLengthArray<char, 512> m_text;
+        bool m_exact = true;
     };
 
     /// Reads a property of type Bool, Signed or String into
@@ -677,23 +693,28 @@ private:
     /// other property has null in its place, for the caller to replace, so
     /// no substitute is missed. False, with out untouched, for any other
     /// class or a value the text can't carry.
-    bool textObject(QObject const* object, ClassInfo const* info, bool classKeyed, QJsonObject& out)
+    bool textObject(QObject const* object, ClassInfo const* info, bool classKeyed, QJsonObject& out,
+                    QByteArray* exactText = nullptr)
     {
         if (!info->textual)
             return false;
         FlatText text;
         text.add('{');
-        if (classKeyed) {
-            text.add("\"@class\":", 9);
-            if (!text.addString(m_shortNames ? info->shortName : info->qualifiedName))
-                return false;
-        }
-        bool first = !classKeyed;
+        // The keys in the order a JSON object keeps them: the text is then
+        // the one Qt writes for it, and its parse has nothing to sort.
+        bool first = true;
         QString string;
-        for (PropertyInfo const& property : info->properties) {
+        for (int const index : classKeyed ? info->classKeyOrder : info->keyOrder) {
             if (!first)
                 text.add(',');
             first = false;
+            if (index < 0) {
+                text.add("\"@class\":", 9);
+                if (!text.addString(m_shortNames ? info->shortName : info->qualifiedName))
+                    return false;
+                continue;
+            }
+            PropertyInfo const& property = info->properties[std::size_t(index)];
             text.add('"');
             text.add(property.latin1Name.data(), property.latin1Name.size());
             text.add("\":", 2);
@@ -727,6 +748,9 @@ private:
         }
         text.add('}');
         QByteArray const bytes = text.bytes();
+        // Without null in place of other values, the text is the JSON's own.
+        if (exactText && info->flat && text.exact())
+            *exactText = QByteArray(bytes.constData(), bytes.size());
         if (m_memo) {
             // The same text parses to the same JSON, whichever object wrote it.
             auto const known = m_memo->entries.constFind(object);
@@ -1199,14 +1223,51 @@ QJsonSerializer::PolymorphingMode QJsonSerializer::polymorphingMode() const
     return m_polymorphingMode;
 }
 
+namespace {
+
+/// The last objects written whole with their texts, on this thread (see
+/// QJsonSerializer::recentText()).
+struct RecentTexts {
+    static constexpr std::size_t size = 4;
+    std::array<std::pair<QJsonObject, QByteArray>, size> entries;
+    std::size_t next = 0;
+};
+
+RecentTexts& recentTexts()
+{
+    thread_local RecentTexts texts;
+    return texts;
+}
+
+} // namespace
+
 QJsonValue QJsonSerializer::serializeImpl(QVariant const& data) const
 {
     Writer writer(m_polymorphing, m_polymorphingMode);
     try {
-        return writer.variant(data, 0);
+        QJsonValue json = writer.variant(data, 0);
+        if (!writer.topText.isEmpty()) {
+            RecentTexts& recent = recentTexts();
+            recent.entries[recent.next] = {json.toObject(), std::move(writer.topText)};
+            recent.next = (recent.next + 1) % RecentTexts::size;
+        }
+        return json;
     } catch (Failure const& failure) {
         throw QJsonSerializerException(failure.message());
     }
+}
+
+QByteArray QJsonSerializer::recentText(QJsonObject const& json)
+{
+    RecentTexts const& recent = recentTexts();
+    // Newest first; the JSON handed out by the writing is the same object,
+    // which compares at once.
+    for (std::size_t i = 1; i <= RecentTexts::size; ++i) {
+        auto const& slot = recent.entries[(recent.next + RecentTexts::size - i) % RecentTexts::size];
+        if (!slot.second.isEmpty() && slot.first.size() == json.size() && slot.first == json)
+            return slot.second;
+    }
+    return QByteArray();
 }
 
 bool QJsonSerializer::isSerializedForm(QObject const* object, QJsonObject const& json) const

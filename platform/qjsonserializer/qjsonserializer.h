@@ -67,6 +67,14 @@ public:
 
     /// Throws QJsonSerializerException when some value has no JSON form.
     QJsonValue serializeImpl(QVariant const& data) const;
+    /// The compact text of json, byte for byte as QJsonDocument writes it,
+    /// when json equals one of the last objects serializeImpl(data) wrote
+    /// whole on this thread, of a class of only booleans, integers and
+    /// strings, and with nothing in it that Qt would write otherwise (non-ASCII
+    /// or control characters, integers of 16 digits or more); empty otherwise.
+    /// Whoever writes the JSON of an object just serialized need not write it
+    /// again.
+    static QByteArray recentText(QJsonObject const& json);
 
     /**
      * Asked for every map-valued property of an object, with the keys that

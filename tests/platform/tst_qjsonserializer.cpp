@@ -4,6 +4,7 @@
 #include <QtTest>
 
 #include <memory>
+#include <vector>
 
 #include "platform/qjsonserializer/qjsonserializer.h"
 
@@ -596,6 +597,66 @@ private Q_SLOTS:
         QCOMPARE(item->m_on, on);
         QCOMPARE(item->m_big, big);
         QCOMPARE(item->m_count, count);
+    }
+
+    void recentTextIsTheDocumentsText_data()
+    {
+        QTest::addColumn<QString>("label");
+        QTest::addColumn<qint64>("big");
+        QTest::addColumn<bool>("known");
+        QTest::newRow("plain") << QStringLiteral("Hall") << qint64(42) << true;
+        QTest::newRow("quote and backslash") << QStringLiteral("a\"b\\c") << qint64(-7) << true;
+        QTest::newRow("fifteen digits") << QStringLiteral("x") << qint64(999999999999999) << true;
+        QTest::newRow("sixteen digits") << QStringLiteral("x") << qint64(1000000000000000) << false;
+        QTest::newRow("sixteen digits below zero") << QStringLiteral("x") << qint64(-1000000000000000) << false;
+        QTest::newRow("non-ASCII") << QStringLiteral("caf\u00e9") << qint64(1) << false;
+        QTest::newRow("control character") << QStringLiteral("a\nb") << qint64(1) << false;
+    }
+
+    void recentTextIsTheDocumentsText()
+    {
+        QFETCH(QString, label);
+        QFETCH(qint64, big);
+        QFETCH(bool, known);
+        QJsonSerializer serializer;
+        record_item item;
+        item.m_label = label;
+        item.m_big = big;
+        item.m_on = true;
+        item.m_count = -3;
+        QJsonObject const json = serializer.serializeImpl(QVariant::fromValue(&item)).toObject();
+        QByteArray const text = QJsonSerializer::recentText(json);
+        if (!known) {
+            QVERIFY(text.isEmpty());
+            return;
+        }
+        QCOMPARE(text, QJsonDocument(json).toJson(QJsonDocument::Compact));
+        // Equal JSON made otherwise, its numbers doubles, has that text too.
+        QJsonObject equal;
+        for (auto it = json.begin(); it != json.end(); ++it)
+            equal.insert(it.key(), it.value().isDouble() ? QJsonValue(it.value().toDouble()) : it.value());
+        QCOMPARE(QJsonSerializer::recentText(equal), text);
+        QCOMPARE(QJsonDocument(equal).toJson(QJsonDocument::Compact), text);
+    }
+
+    void recentTextKeepsOnlyTheLastWholeWritings()
+    {
+        QJsonSerializer serializer;
+        std::vector<std::unique_ptr<record_item>> items;
+        QList<QJsonObject> written;
+        for (int i = 0; i < 5; ++i) {
+            items.push_back(std::make_unique<record_item>());
+            items.back()->m_count = i;
+            written.append(serializer.serializeImpl(QVariant::fromValue(items.back().get())).toObject());
+        }
+        QVERIFY(QJsonSerializer::recentText(written.first()).isEmpty());
+        for (int i = 1; i < 5; ++i)
+            QCOMPARE(QJsonSerializer::recentText(written[i]), QJsonDocument(written[i]).toJson(QJsonDocument::Compact));
+        // A class with more than booleans, integers and strings, a writing of
+        // something that holds objects, and other JSON: no text.
+        base_item other;
+        QVERIFY(QJsonSerializer::recentText(serializer.serializeImpl(QVariant::fromValue(&other)).toObject()).isEmpty());
+        QVERIFY(QJsonSerializer::recentText(QJsonObject{{"count", 9}}).isEmpty());
     }
 
     void memoLendsJsonOnlyWhileTextIsSame_data()
