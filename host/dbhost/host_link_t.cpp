@@ -28,11 +28,14 @@ QString const topicKey = QStringLiteral("topic");
 QString const payloadKey = QStringLiteral("payload");
 
 /// A packet's text from its payload's: the keys in the order a JSON object
-/// writes them, "payload", then "topic".
-QByteArray packetOf(QByteArray const& payload, QString const& topic)
+/// writes them, "payload", then "topic"; the topic given in pieces.
+QByteArray packetOf(QByteArray const& payload, std::initializer_list<QStringView> topic)
 {
+    qsizetype topicSize = 0;
+    for (QStringView piece : topic)
+        topicSize += piece.size();
     QByteArray text;
-    text.reserve(payload.size() + topic.size() + 24);
+    text.reserve(payload.size() + topicSize + 24);
     text += "{\"payload\":";
     text += payload;
     text += ",\"topic\":";
@@ -70,7 +73,7 @@ QByteArray const& host_link_t::packet_t::packetText() const
 {
     if (packetJson.isEmpty()) {
         if (plain()) {
-            packetJson = packetOf(payloadText(), packet.value(topicKey).toString());
+            packetJson = packetOf(payloadText(), {packet.value(topicKey).toString()});
         } else {
             packetJson = host_json_t::text(packet);
         }
@@ -106,16 +109,7 @@ QByteArray host_link_t::change_t::journalEntry() const
         QString const topic = QStringLiteral("status/DB/") + database + QLatin1Char('/') + relative;
         return host_json_t::text(QJsonObject{{topicKey, topic}, {payloadKey, packet.value(payloadKey)}});
     }
-    // As packetOf() writes it, the topic's pieces straight into the text.
-    QByteArray const& payloadPart = payloadText();
-    QByteArray text;
-    text.reserve(payloadPart.size() + database.size() + relative.size() + 36);
-    text += "{\"payload\":";
-    text += payloadPart;
-    text += ",\"topic\":";
-    host_json_t::appendString(text, {u"status/DB/", database, u"/", relative});
-    text += '}';
-    return text;
+    return packetOf(payloadText(), {u"status/DB/", database, u"/", relative});
 }
 
 QByteArray host_link_t::acceptRequest(packet_t const&)
