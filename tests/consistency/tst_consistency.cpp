@@ -76,10 +76,12 @@ private Q_SLOTS:
     {
         log_capture_t logs;
         QElapsedTimer sinceLast;
-        for (int i = 0; i < 10; ++i) {
+        // Spaced well inside the gathering time, so that a stalled wait can't
+        // let it end, and lasting longer than it, so that only postponing keeps it waiting.
+        for (int i = 0; i < 20; ++i) {
             driver()->consistency_check_async({QStringLiteral("W%1").arg(i % 3)}, true, true);
             sinceLast.start();
-            QTest::qWait(100);
+            QTest::qWait(40);
             QCOMPARE(logs.matching(kStarted).size(), 0);
         }
         QVERIFY(checkedAfter(logs, [] { return true; }));

@@ -518,7 +518,7 @@ private Q_SLOTS:
         host.write(itemLine("T1", "before term"));
         QVERIFY(host.waitForReadyRead(30000)); // the change line: the packet is applied
         host.terminate();
-        QVERIFY(host.waitForFinished(10000));
+        QVERIFY(host.waitForFinished(60000));
         QCOMPARE(host.exitStatus(), QProcess::NormalExit);
         QCOMPARE(readJson(folder + "/persistent.json").value("items").toObject().value("objects_list").toObject().keys(),
                  QStringList{"T1"});

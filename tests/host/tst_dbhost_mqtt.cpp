@@ -283,7 +283,8 @@ private Q_SLOTS:
         QVERIFY2(site.start({"a", "b"}, false, why), qPrintable(why));
         site.client("a").send(itemLine("L1", "Lamp"));
         QVERIFY(site.allSaw("onPersistentChangeItem", "L1"));
-        // L1's live twin may still be on its way; count from a quiet point.
+        // L1's live twin may still be on its way; count from a quiet point after it.
+        QVERIFY(site.allSaw("onRealtimeChangeItem", "L1"));
         QVERIFY(site.waitQuiet(500, 20000));
         int const before = int(site.client("b").lines.size());
 

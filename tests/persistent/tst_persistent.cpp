@@ -133,7 +133,7 @@ private Q_SLOTS:
         engine->getData()->getItems()->send_update();
         QTRY_COMPARE(changes.count(), 1);
         QCOMPARE(saves.count(), 0);
-        QTRY_COMPARE_WITH_TIMEOUT(saves.count(), 1, 5000);
+        QTRY_COMPARE_WITH_TIMEOUT(saves.count(), 1, 15000);
         QVERIFY(engine->isJdataValid());
     }
 

@@ -110,7 +110,7 @@ private Q_SLOTS:
         QCOMPARE(engine->isJdataValid(), saves == 1);
         if (saves == 0) {
             // The timer catches up 2000 ms after the last change.
-            QTRY_COMPARE_WITH_TIMEOUT(saveRequests.count(), 1, 5000);
+            QTRY_COMPARE_WITH_TIMEOUT(saveRequests.count(), 1, 15000);
             QCOMPARE(engine->getUpdateCount(), 0);
         }
         QCOMPARE(engine->getJdata(), engine->getData()->toJson());

@@ -120,7 +120,7 @@ private Q_SLOTS:
         engine()->update(packet("status/DB/realtime/items/objects_list/K/value", "5"));
         QTRY_COMPARE(engine()->getUpdateCount(), 1);
         QCOMPARE(saves.count(), 0);
-        QTRY_COMPARE_WITH_TIMEOUT(saves.count(), 1, 5000);
+        QTRY_COMPARE_WITH_TIMEOUT(saves.count(), 1, 15000);
         QVERIFY(engine()->isJdataValid());
     }
 
