@@ -17,14 +17,17 @@
 // The data folders are in a temporary folder on the normal disk, where the
 // hosts' journal syncs cost what they cost an installation;
 // CROSS_ROAD_TMPDIR=<dir> puts them elsewhere (/dev/shm: the road without the
-// disk's syncs). CROSS_ROAD_BURST sets the burst (3,000 changes, or one per
-// item when there are more). DBHOST_BINARY runs another build of dbhost.
+// disk's syncs). Unless it is set, our latency is measured once more with the
+// data folders in /dev/shm, after a short burst: the share of the syncs.
+// CROSS_ROAD_BURST sets the burst (3,000 changes, or one per item when there
+// are more). DBHOST_BINARY runs another build of dbhost.
 // Writes cross_road.json beside the executable, with the processor time per
 // change of each process during the burst, and how many cores the machine's
 // other processes took meanwhile (on a shared machine, a busy neighbour
 // explains odd figures).
 
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QProcess>
@@ -82,12 +85,11 @@ struct workload_t {
     std::vector<change_t> changes;
 };
 
-workload_t makeWorkload(int items)
+workload_t makeWorkload(int items, int burst)
 {
     workload_t w;
     w.items = items;
-    w.burst = qEnvironmentVariableIsSet("CROSS_ROAD_BURST") ? qEnvironmentVariableIntValue("CROSS_ROAD_BURST")
-                                                            : std::max(3000, items);
+    w.burst = burst;
     QRandomGenerator random(items);
     for (int i = 0; i < w.burst + singles; ++i)
         w.changes.push_back({int(random.bounded(items)),
@@ -352,7 +354,9 @@ private Q_SLOTS:
     void crossRoad()
     {
         QFETCH(int, items);
-        workload_t const w = makeWorkload(items);
+        workload_t const w = makeWorkload(items, qEnvironmentVariableIsSet("CROSS_ROAD_BURST")
+                                                     ? qEnvironmentVariableIntValue("CROSS_ROAD_BURST")
+                                                     : std::max(3000, items));
         std::unique_ptr<QTemporaryDir> dir;
         if (qEnvironmentVariableIsSet("CROSS_ROAD_TMPDIR"))
             dir = std::make_unique<QTemporaryDir>(qEnvironmentVariable("CROSS_ROAD_TMPDIR") + "/cross_road-XXXXXX");
@@ -365,6 +369,14 @@ private Q_SLOTS:
         if (!peer)
             std::printf("bench_cross_road: the peer was not measured (Node.js or bench/peer_states/node_modules "
                         "missing: ./dev.sh bench installs them)\n");
+        // Our latency once more with the data folders in memory: what the
+        // journal's syncs add to a change, which the peer's file doesn't wait for.
+        std::optional<figures_t> inMemory;
+        if (!qEnvironmentVariableIsSet("CROSS_ROAD_TMPDIR") && QFileInfo(QStringLiteral("/dev/shm")).isWritable()) {
+            QTemporaryDir shm(QStringLiteral("/dev/shm/cross_road-XXXXXX"));
+            if (shm.isValid())
+                inMemory = runOurs(makeWorkload(items, 300), shm.filePath("ours"));
+        }
         QJsonObject row{{"items", items},
                         {"burst", w.burst},
                         {"singles", singles},
@@ -376,6 +388,8 @@ private Q_SLOTS:
                         {"peer_p50_ms", orNull(peer, &figures_t::p50)},
                         {"ours_p99_ms", ours->p99},
                         {"peer_p99_ms", orNull(peer, &figures_t::p99)},
+                        {"ours_in_memory_p50_ms", orNull(inMemory, &figures_t::p50)},
+                        {"ours_in_memory_p99_ms", orNull(inMemory, &figures_t::p99)},
                         {"ours_cpu_us_per_change", ours->cpu},
                         {"peer_cpu_us_per_change", peer ? QJsonValue(peer->cpu) : QJsonValue()},
                         {"ours_others_cores", ours->othersCores},
@@ -402,6 +416,11 @@ private Q_SLOTS:
                         qPrintable(figure(s.value("peer_p50_ms"), "%.2f")), s.value("ours_p99_ms").toDouble(),
                         qPrintable(figure(s.value("peer_p99_ms"), "%.2f")));
         }
+        std::printf("our latency with the data folders in memory, no syncs to wait for (p50/p99 ms):");
+        for (QJsonValue const& value : std::as_const(sizes))
+            std::printf(" %s", qPrintable(figure(value.toObject().value("ours_in_memory_p50_ms"), "%.2f") + '/'
+                                          + figure(value.toObject().value("ours_in_memory_p99_ms"), "%.2f")));
+        std::printf("\n");
         std::printf("cores other processes used during the bursts (ours/peer):");
         for (QJsonValue const& value : std::as_const(sizes))
             std::printf(" %s", qPrintable(figure(value.toObject().value("ours_others_cores"), "%.2f") + '/'
