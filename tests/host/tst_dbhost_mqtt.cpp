@@ -468,7 +468,9 @@ private Q_SLOTS:
         QStringList differences = site.differences();
         QElapsedTimer saving;
         saving.start();
-        while (!differences.isEmpty() && saving.elapsed() < 10000) {
+        // A client's reconnection may back off for seconds and a resend wait
+        // for its own delay: a slow machine gets time for both.
+        while (!differences.isEmpty() && saving.elapsed() < 45000) {
             QTest::qWait(500);
             differences = site.differences();
         }
