@@ -223,6 +223,16 @@ void host_journal_t::appendText(QByteArray const& entry)
     buffer += entry;
     buffer += '\n';
     ++bufferedEntries;
+    lastStatus.clear();
+}
+
+bool host_journal_t::appendStatus(QByteArray const& entry)
+{
+    if (!lastStatus.isEmpty() && entry == lastStatus)
+        return false;
+    appendText(entry);
+    lastStatus = entry;
+    return true;
 }
 
 host_journal_t::batch_t host_journal_t::takeBatch()
@@ -329,6 +339,7 @@ bool host_journal_t::adoptNext(QString& error)
     // A save writes the engine as it is: what was still buffered is in the file.
     buffer.clear();
     bufferedEntries = 0;
+    lastStatus.clear();
     if (!reopen(length, error))
         return false;
     durableEntries = nextCarried;

@@ -65,6 +65,11 @@ public:
     void append(QJsonObject const& entry);
     /// The same for an entry already written as one line of JSON (no newline).
     void appendText(QByteArray const& entry);
+    /// The same for a status, which replayed sets what its topic names to its
+    /// payload: one that repeats the entry just before it would change nothing,
+    /// and is left out (a client hears the server's status of a live twin that
+    /// its own engine has just made alike). False when it was left out.
+    bool appendStatus(QByteArray const& entry);
     bool pending() const { return !buffer.isEmpty(); }
     /// Entries not yet durable: buffered, or taken by a commit still under way.
     int pendingCount() const { return bufferedEntries + takenEntries; }
@@ -113,6 +118,8 @@ private:
     qint64 durableEntries = 0;
     qint64 nextCarried = 0;
     QByteArray buffer;
+    /// The status appended last, while nothing has been appended after it.
+    QByteArray lastStatus;
     int bufferedEntries = 0;
     int takenEntries = 0;
     /// A failed write may have left bytes past the durable end: cut before the next.

@@ -501,7 +501,7 @@ void host_session_t::onChangeKey(QJsonObject _packet, QString _key)
     // payload's text is made once, for the journal and every link.
     if (saved_file_t* file = fileOf(databaseName)) {
         file->changedSinceSave = true;
-        file->store->journal().appendText(change.journalEntry());
+        file->store->journal().appendStatus(change.journalEntry());
     }
     deliver([this, change = std::move(change)] {
         for (host_link_t* link : std::as_const(links))

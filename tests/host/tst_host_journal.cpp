@@ -135,6 +135,56 @@ private Q_SLOTS:
         QCOMPARE(entries, (QList<QJsonObject>{change(0), change(1), change(9)}));
     }
 
+    void statusRepeatingTheEntryBeforeIsLeftOut_data()
+    {
+        // Each step: 's' + n appends change(n) as a status, 'r' + n as a plain
+        // record, 'c' commits, 'v' commits and saves (the journal starts anew).
+        QTest::addColumn<QStringList>("steps");
+        QTest::addColumn<QList<int>>("kept");
+        QTest::newRow("repeat right after") << QStringList{"s1", "s1"} << QList<int>{1};
+        QTest::newRow("repeat in the next commit") << QStringList{"s1", "c", "s1"} << QList<int>{1};
+        QTest::newRow("another status between") << QStringList{"s1", "s2", "s1"} << QList<int>{1, 2, 1};
+        QTest::newRow("a record between") << QStringList{"s1", "r3", "s1"} << QList<int>{1, 3, 1};
+        QTest::newRow("a record is never left out") << QStringList{"r1", "r1"} << QList<int>{1, 1};
+        QTest::newRow("a status after the same record") << QStringList{"r1", "s1"} << QList<int>{1, 1};
+        QTest::newRow("after a save") << QStringList{"s1", "v", "s1"} << QList<int>{1};
+    }
+
+    void statusRepeatingTheEntryBeforeIsLeftOut()
+    {
+        QFETCH(QStringList, steps);
+        QFETCH(QList<int>, kept);
+        QTemporaryDir dir;
+        host_store_t store(dir.path(), "persistent.json", 2);
+        QStringList notes;
+        QList<QJsonObject> entries;
+        QVERIFY(store.load([](QString const&) { return true; }, notes));
+        QVERIFY(store.openJournal(entries, notes));
+        QString error;
+        auto const write = [](QString const& path) { return writeAll(path, "{\"items\":{}}\n"); };
+        for (QString const& step : steps) {
+            int const n = step.mid(1).toInt();
+            QByteArray const text = QJsonDocument(change(n)).toJson(QJsonDocument::Compact);
+            if (step.startsWith('s'))
+                store.journal().appendStatus(text);
+            else if (step.startsWith('r'))
+                store.journal().appendText(text);
+            else if (step == QLatin1String("c"))
+                QVERIFY2(store.journal().commit(error), qPrintable(error));
+            else
+                QVERIFY2(store.journal().commit(error) && store.save(write, error, {}), qPrintable(error));
+        }
+        QVERIFY2(store.journal().commit(error), qPrintable(error));
+        // What a start replays: the entries since the last save.
+        host_store_t again(dir.path(), "persistent.json", 2);
+        QVERIFY(again.load([](QString const&) { return true; }, notes));
+        QVERIFY(again.openJournal(entries, notes));
+        QList<QJsonObject> expected;
+        for (int n : kept)
+            expected.append(change(n));
+        QCOMPARE(entries, expected);
+    }
+
     void entriesAppendedDuringACommitGoInTheNextOne()
     {
         folder_t folder;
