@@ -72,6 +72,13 @@ struct folder_t {
     }
 };
 
+/// Loads a store's file and opens its journal; the entries to replay go to entries.
+bool openStore(host_store_t& store, QList<QJsonObject>& entries)
+{
+    QStringList notes;
+    return store.load([](QString const&) { return true; }, notes) && store.openJournal(entries, notes);
+}
+
 } // namespace
 
 class tst_host_journal : public QObject
@@ -156,10 +163,8 @@ private Q_SLOTS:
         QFETCH(QList<int>, kept);
         QTemporaryDir dir;
         host_store_t store(dir.path(), "persistent.json", 2);
-        QStringList notes;
         QList<QJsonObject> entries;
-        QVERIFY(store.load([](QString const&) { return true; }, notes));
-        QVERIFY(store.openJournal(entries, notes));
+        QVERIFY(openStore(store, entries));
         QString error;
         auto const write = [](QString const& path) { return writeAll(path, "{\"items\":{}}\n"); };
         for (QString const& step : steps) {
@@ -177,8 +182,7 @@ private Q_SLOTS:
         QVERIFY2(store.journal().commit(error), qPrintable(error));
         // What a start replays: the entries since the last save.
         host_store_t again(dir.path(), "persistent.json", 2);
-        QVERIFY(again.load([](QString const&) { return true; }, notes));
-        QVERIFY(again.openJournal(entries, notes));
+        QVERIFY(openStore(again, entries));
         QList<QJsonObject> expected;
         for (int n : kept)
             expected.append(change(n));
@@ -351,10 +355,8 @@ private Q_SLOTS:
     {
         QTemporaryDir dir;
         host_store_t store(dir.path(), "persistent.json", 2);
-        QStringList notes;
         QList<QJsonObject> entries;
-        QVERIFY(store.load([](QString const&) { return true; }, notes));
-        QVERIFY(store.openJournal(entries, notes));
+        QVERIFY(openStore(store, entries));
         store.journal().append(change(1));
         QString error;
         QVERIFY(store.journal().commit(error));
@@ -365,8 +367,7 @@ private Q_SLOTS:
         QFile::Permissions const others = QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther;
         QCOMPARE(QFile::permissions(store.journalPath()) & others, QFile::Permissions());
         host_store_t again(dir.path(), "persistent.json", 2);
-        QVERIFY(again.load([](QString const&) { return true; }, notes));
-        QVERIFY(again.openJournal(entries, notes));
+        QVERIFY(openStore(again, entries));
         QCOMPARE(entries, (QList<QJsonObject>{QJsonObject{{"applied", "x:2"}}}));
     }
 };
