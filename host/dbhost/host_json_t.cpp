@@ -183,14 +183,7 @@ bool host_json_t::isCompactText(QByteArrayView text)
 
 void host_json_t::appendString(QByteArray& out, QString const& s)
 {
-    qsizetype const at = out.size();
-    out += '"';
-    if (appendPlainChars(out, s)) {
-        out += '"';
-        return;
-    }
-    out.truncate(at);
-    out += documentText(s);
+    appendString(out, {QStringView(s)});
 }
 
 void host_json_t::appendString(QByteArray& out, std::initializer_list<QStringView> parts)
