@@ -7,6 +7,9 @@
 #include <QLocale>
 
 #include <charconv>
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
 #include <utility>
 
 namespace {
@@ -23,20 +26,49 @@ QByteArray documentText(QJsonValue const& value)
     return text.mid(1, text.size() - 2);
 }
 
+/// Whether u stands for itself between the quotes of a JSON string:
+/// printable ASCII but quote and backslash.
+constexpr bool plainChar(char16_t u)
+{
+    return u >= 0x20 && u < 0x7f && u != u'"' && u != u'\\';
+}
+
 /// Appends s as it stands when every character stands for itself in JSON
 /// (printable ASCII but quote and backslash); false, with out unchanged, otherwise.
+/// Every text the host writes passes here: it checks and narrows eight
+/// characters at a time, in one pass.
 bool appendPlainChars(QByteArray& out, QStringView s)
 {
-    for (QChar const c : s) {
-        char16_t const u = c.unicode();
-        if (u < 0x20 || u >= 0x7f || u == u'"' || u == u'\\')
-            return false;
-    }
     qsizetype const at = out.size();
     out.resize(at + s.size());
     char* cursor = out.data() + at;
-    for (QChar const c : s)
-        *cursor++ = char(c.unicode());
+    char16_t const* in = s.utf16();
+    char16_t const* const end = in + s.size();
+#ifdef __SSE2__
+    // Signed 16-bit compares: characters from 0x8000 up read as negative,
+    // below 0x20, and fail with the control characters.
+    __m128i const below = _mm_set1_epi16(0x20);
+    __m128i const above = _mm_set1_epi16(0x7e);
+    __m128i const quote = _mm_set1_epi16('"');
+    __m128i const backslash = _mm_set1_epi16('\\');
+    for (; end - in >= 8; in += 8, cursor += 8) {
+        __m128i const chars = _mm_loadu_si128(reinterpret_cast<__m128i const*>(in));
+        __m128i const bad = _mm_or_si128(_mm_or_si128(_mm_cmplt_epi16(chars, below), _mm_cmpgt_epi16(chars, above)),
+                                         _mm_or_si128(_mm_cmpeq_epi16(chars, quote), _mm_cmpeq_epi16(chars, backslash)));
+        if (_mm_movemask_epi8(bad) != 0) {
+            out.truncate(at);
+            return false;
+        }
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(cursor), _mm_packus_epi16(chars, chars));
+    }
+#endif
+    for (; in != end; ++in, ++cursor) {
+        if (!plainChar(*in)) {
+            out.truncate(at);
+            return false;
+        }
+        *cursor = char(*in);
+    }
     return true;
 }
 

@@ -195,6 +195,45 @@ private Q_SLOTS:
                                       {"", 1}, {"z", QJsonArray{QJsonArray{"a"}, "b"}}});
     }
 
+    // Strings are checked and copied several characters at a time: a
+    // character to escape must be found at every length and every place.
+    void stringTextIsTheDocumentsTextAtEveryPlace_data()
+    {
+        QTest::addColumn<int>("special");
+        QTest::newRow("none") << -1;
+        QTest::newRow("quote") << int('"');
+        QTest::newRow("backslash") << int('\\');
+        QTest::newRow("first control character") << 0x00;
+        QTest::newRow("last control character") << 0x1f;
+        QTest::newRow("delete") << 0x7f;
+        QTest::newRow("latin-1") << 0xe9;
+        QTest::newRow("above latin-1") << 0x4e2d;
+        QTest::newRow("sign bit of a 16-bit unit") << 0x8000;
+        QTest::newRow("lone surrogate") << 0xdc00;
+        QTest::newRow("last 16-bit unit") << 0xfffd;
+    }
+
+    void stringTextIsTheDocumentsTextAtEveryPlace()
+    {
+        QFETCH(int, special);
+        for (int length = 0; length <= 35; ++length) {
+            for (int place = 0; place < qMax(length, 1); ++place) {
+                QString text;
+                for (int i = 0; i < length; ++i)
+                    text += QChar(u' ' + char16_t((i * 7) % 95));
+                if (special >= 0 && length > 0)
+                    text[place] = QChar(char16_t(special));
+                QByteArray const wrapped = QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact);
+                QByteArray const expected = wrapped.mid(1, wrapped.size() - 2);
+                QCOMPARE(host_json_t::text(QJsonValue(text)), expected);
+                // The same string split in two pieces at the character.
+                QByteArray pieces("x");
+                host_json_t::appendString(pieces, {QStringView(text).left(place), QStringView(text).mid(place)});
+                QCOMPARE(pieces, "x" + expected);
+            }
+        }
+    }
+
     void jsonTextIsTheDocumentsText()
     {
         QFETCH(QJsonValue, value);
