@@ -332,7 +332,9 @@ private:
  * fraction of the trials. The patterns are filed by their prefix up to its
  * last '/', so a topic only looks at those filed under one of its own
  * beginnings that end in '/' (and those whose prefix has no '/'), instead of
- * testing every prefix. The outcome for a topic seen before is taken from the
+ * testing every prefix; those candidates are worked out once for all topics
+ * under one stem (the text up to the last '/'), where objects' topics differ
+ * only after it. The outcome for a topic seen before is taken from the
  * last time. A pattern that cannot hold every character of the topic is not
  * tried, and the common forms of pattern are matched without their QRegExp
  * (see topic_pattern_t). A match stores its captures in the pattern, so a
@@ -399,6 +401,15 @@ private:
         entry_t* entry = nullptr;
         QString first;
         QStringList captures;
+        bool tried = false;
+    };
+
+    /// The candidates of every topic under one stem, in rank order: those
+    /// filed under the stem's beginnings and the unfiled ones, less those
+    /// whose prefix or characters the stem already rules out.
+    struct stem_t {
+        QString text;
+        std::vector<qsizetype> ranks;
     };
 
     /// Live values come again and again on the same topics: their outcome
@@ -407,27 +418,21 @@ private:
 
     found_t const& find(QString const& topic)
     {
-        auto const seen = known.constFind(topic);
-        if (seen != known.constEnd())
-            return seen.value();
-        // The candidates, by their rank in pattern order: the same trials as
-        // going through every pattern, minus those whose prefix can't match.
-        candidates.assign(unfiled.cbegin(), unfiled.cend());
-        if (!filed.isEmpty()) {
-            QStringView const view(topic);
-            for (qsizetype slash = view.indexOf(QLatin1Char('/')); slash >= 0;
-                 slash = view.indexOf(QLatin1Char('/'), slash + 1)) {
-                auto const stem = filed.constFind(qHash(view.left(slash + 1)));
-                if (stem != filed.constEnd())
-                    candidates.insert(candidates.end(), stem->cbegin(), stem->cend());
-            }
-            std::sort(candidates.begin(), candidates.end());
-            candidates.erase(std::unique(candidates.begin(), candidates.end()), candidates.end());
-        }
-        found_t found;
-        for (qsizetype const rank : candidates) {
+        if (known.size() >= knownLimit)
+            known.clear();
+        // One lookup for a topic seen before and for a new one alike.
+        found_t& found = known[topic];
+        if (found.tried)
+            return found;
+        found.tried = true;
+        QStringView const view(topic);
+        qsizetype const stemSize = view.lastIndexOf(QLatin1Char('/')) + 1;
+        QStringView const leaf = view.mid(stemSize);
+        for (qsizetype const rank : candidatesUnder(view.left(stemSize))) {
             entry_t* const entry = ranked[size_t(rank)];
-            if (!topic.startsWith(entry->prefix) || !entry->shape.mayMatch(topic))
+            // A prefix within the stem was tested with it.
+            if ((entry->prefix.size() > stemSize && !topic.startsWith(entry->prefix))
+                || !entry->shape.mayMatch(leaf))
                 continue;
             if (entry->shape.simple()) {
                 if (!entry->shape.match(topic, found.captures))
@@ -443,9 +448,43 @@ private:
                 break;
             }
         }
-        if (known.size() >= knownLimit)
-            known.clear();
-        return known.insert(topic, found).value();
+        return found;
+    }
+
+    /// The candidates for the topics under stem (empty or ending in '/'):
+    /// the same trials as going through every pattern, minus those whose
+    /// prefix can't match.
+    std::vector<qsizetype> const& candidatesUnder(QStringView stem)
+    {
+        size_t const digest = qHash(stem);
+        auto const kept = stems.constFind(digest);
+        if (kept != stems.constEnd() && kept->text == stem)
+            return kept->ranks;
+        candidates.assign(unfiled.cbegin(), unfiled.cend());
+        if (!filed.isEmpty()) {
+            for (qsizetype slash = stem.indexOf(QLatin1Char('/')); slash >= 0;
+                 slash = stem.indexOf(QLatin1Char('/'), slash + 1)) {
+                auto const found = filed.constFind(qHash(stem.left(slash + 1)));
+                if (found != filed.constEnd())
+                    candidates.insert(candidates.end(), found->cbegin(), found->cend());
+            }
+            std::sort(candidates.begin(), candidates.end());
+            candidates.erase(std::unique(candidates.begin(), candidates.end()), candidates.end());
+        }
+        candidates.erase(std::remove_if(candidates.begin(), candidates.end(),
+                                        [&](qsizetype rank) {
+                                            entry_t const* entry = ranked[size_t(rank)];
+                                            QStringView const prefix(entry->prefix);
+                                            return (prefix.size() <= stem.size() && !stem.startsWith(prefix))
+                                                || !entry->shape.mayMatch(stem);
+                                        }),
+                         candidates.end());
+        // A digest two stems share keeps the first one's; the other's are worked out each time.
+        if (kept != stems.constEnd())
+            return candidates;
+        if (stems.size() >= knownLimit)
+            stems.clear();
+        return stems.insert(digest, stem_t{stem.toString(), candidates})->ranks;
     }
 
     /// Ranks the entries in pattern order and files each under the digest of
@@ -456,6 +495,7 @@ private:
         ranked.clear();
         filed.clear();
         unfiled.clear();
+        stems.clear();
         for (auto it = entries.begin(); it != entries.end(); ++it) {
             qsizetype const rank = qsizetype(ranked.size());
             ranked.push_back(&*it);
@@ -471,6 +511,7 @@ private:
     std::vector<entry_t*> ranked;
     QHash<size_t, QList<qsizetype>> filed;
     QList<qsizetype> unfiled;
+    QHash<size_t, stem_t> stems;
     std::vector<qsizetype> candidates;
     QHash<QString, found_t> known;
 };

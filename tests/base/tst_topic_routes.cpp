@@ -246,6 +246,46 @@ private Q_SLOTS:
         QVERIFY2(matched > 200, qPrintable(QString::number(matched)));
     }
 
+    void laterPatternsAreTriedUnderStemsAlreadySeen_data()
+    {
+        QTest::addColumn<QString>("later");
+        QTest::addColumn<QString>("topic");
+        QTest::addColumn<QStringList>("captures");
+        QTest::newRow("ranked before, same stem") << "^items/objects_list/(\\w+)$" << "items/objects_list/I12"
+                                                  << QStringList{"items/objects_list/I12", "I12"};
+        QTest::newRow("prefix longer than the stem") << "^items/objects_list/I1(\\w+)$" << "items/objects_list/I12"
+                                                     << QStringList{"items/objects_list/I12", "2"};
+        QTest::newRow("no slash in the prefix") << "^(\\w+)/objects_list/I12$" << "items/objects_list/I12"
+                                                << QStringList{"items/objects_list/I12", "items"};
+        QTest::newRow("a topic without stem") << "^item(\\w+)$" << "items" << QStringList{"items", "s"};
+    }
+
+    /// Topics under one stem share their candidates: a pattern inserted after
+    /// they were worked out must still win where it comes first.
+    void laterPatternsAreTriedUnderStemsAlreadySeen()
+    {
+        QFETCH(QString, later);
+        QFETCH(QString, topic);
+        QFETCH(QStringList, captures);
+        topic_table_t<int> table;
+        table.insert(QStringLiteral("^z.*$"), 1);
+        table.insert(QStringLiteral("^items/objects_list/Z$"), 2);
+        // Other topics under the same stem first, then the topic itself: a miss, kept as one.
+        QVERIFY(!table.match(QString(topic).replace(QLatin1String("I12"), QLatin1String("I13")) + "x"));
+        QVERIFY(!table.match(topic));
+        table.insert(later, 3);
+        QStringList found;
+        int const* winner = table.match(topic, found);
+        QVERIFY(winner);
+        QCOMPARE(*winner, 3);
+        QCOMPARE(found, captures);
+        QCOMPARE(found, [&] {
+            QRegExp plain(later, Qt::CaseSensitive, QRegExp::RegExp);
+            plain.exactMatch(topic);
+            return plain.capturedTexts();
+        }());
+    }
+
     void gate_data()
     {
         QTest::addColumn<QString>("prefix");
