@@ -201,6 +201,7 @@ bool host_journal_t::reopen(qint64 length, QString& error)
         }
     }
     durable = length;
+    started = 0;
     dirtyTail = false;
     return true;
 }
@@ -342,6 +343,7 @@ bool host_journal_t::adoptNext(QString& error)
     lastStatus.clear();
     if (!reopen(length, error))
         return false;
+    started = length;
     durableEntries = nextCarried;
     return true;
 }

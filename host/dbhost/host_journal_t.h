@@ -85,6 +85,10 @@ public:
     bool commit(QString& error);
     /// Bytes on disk, header included.
     qint64 size() const { return durable; }
+    /// Bytes written since the journal was started: without its header and
+    /// the entries a save carried into it (all of it for a journal found at
+    /// the start).
+    qint64 grown() const { return durable - started; }
     /// Entries on disk since the journal was started.
     qint64 entries() const { return durableEntries; }
 
@@ -115,6 +119,7 @@ private:
     QString filePath;
     int fd = -1;
     qint64 durable = 0;
+    qint64 started = 0;
     qint64 durableEntries = 0;
     qint64 nextCarried = 0;
     QByteArray buffer;

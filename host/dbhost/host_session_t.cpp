@@ -46,9 +46,12 @@ constexpr int firstRetryDelay = 1000;
 constexpr int lastRetryDelay = 60000;
 // The journal makes every change durable, so a full save (a rewrite of the
 // whole file) is only a matter of keeping the journal short: it comes after
-// this much quiet, or when the journal has grown to twice its file (a start
-// then replays at most about two files' worth; a rewrite per file's worth
-// took a tenth of a follower's time in a long burst), never at every burst.
+// this much quiet, or when the journal has grown by twice its file (a start
+// then replays at most about two files' worth besides the requests still
+// open; a rewrite per file's worth took a tenth of a follower's time in a
+// long burst), never at every burst. Growth, not size: the open requests a
+// save carries into the next journal can outweigh the file, and a writer far
+// ahead of its server would otherwise save at every commit.
 constexpr int quietBeforeSave = 2000;
 constexpr qint64 smallestJournalToCompact = 64 * 1024;
 constexpr qint64 journalPerFileToCompact = 2;
@@ -435,7 +438,7 @@ void host_session_t::release(std::deque<std::function<void()>> outputs)
 void host_session_t::compactGrown()
 {
     for (saved_file_t& file : files) {
-        qint64 const journal = file.store->journal().size();
+        qint64 const journal = file.store->journal().grown();
         if (journal >= smallestJournalToCompact
             && journal >= journalPerFileToCompact * QFileInfo(file.store->currentPath()).size()
             && !file.failing)

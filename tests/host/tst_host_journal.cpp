@@ -370,6 +370,35 @@ private Q_SLOTS:
         QVERIFY(openStore(again, entries));
         QCOMPARE(entries, (QList<QJsonObject>{QJsonObject{{"applied", "x:2"}}}));
     }
+
+    /// What a save carries into the next journal isn't growth: the host
+    /// compacts by growth, and open requests outweighing the file would
+    /// otherwise bring a save at every commit.
+    void growthLeavesOutWhatASaveCarried()
+    {
+        QTemporaryDir dir;
+        host_store_t store(dir.path(), "persistent.json", 2);
+        QList<QJsonObject> entries;
+        QVERIFY(openStore(store, entries));
+        QCOMPARE(store.journal().grown(), 0);
+        QList<QJsonObject> carried;
+        for (int n = 0; n < 200; ++n)
+            carried.append(QJsonObject{{"request", change(n)}, {"id", "writer:" + QString::number(n)}});
+        QString error;
+        auto const write = [](QString const& path) { return writeAll(path, "{\"items\":{}}\n"); };
+        QVERIFY2(store.save(write, error, carried), qPrintable(error));
+        QVERIFY(store.journal().size() > 100 * QFileInfo(store.currentPath()).size());
+        QCOMPARE(store.journal().grown(), 0);
+        store.journal().append(change(1));
+        QVERIFY(store.journal().commit(error));
+        qint64 const line = QJsonDocument(change(1)).toJson(QJsonDocument::Compact).size() + 1;
+        QCOMPARE(store.journal().grown(), line);
+        // A journal found at the start: nothing tells carried from grown.
+        host_store_t again(dir.path(), "persistent.json", 2);
+        QVERIFY(openStore(again, entries));
+        QCOMPARE(entries.size(), 201);
+        QCOMPARE(again.journal().grown(), again.journal().size());
+    }
 };
 
 QTEST_GUILESS_MAIN(tst_host_journal)
