@@ -138,6 +138,13 @@ bool json_image_t::rebuild(QVariant const& root, bool whole)
     // Qt's move assignment swaps: without this the previous image lives on in
     // next, shares the kept maps, and the patch below copies each of them whole.
     next = QJsonObject();
+    // A map written anew has other positions, or none to keep.
+    for (auto it = positions.begin(); it != positions.end();) {
+        if (kept.contains(it.key()))
+            ++it;
+        else
+            it = positions.erase(it);
+    }
     for (patch_t const& patch : std::as_const(patches))
         applyPatch(jdata, patch, 0);
     // Unique across images, so that a map never mistakes another image's JSON for its own.
@@ -153,17 +160,52 @@ void json_image_t::applyPatch(QJsonObject& object, patch_t const& patch, qsizety
 {
     QString const& key = patch.path.at(depth);
     QJsonObject child = object.take(key).toObject();
-    if (depth + 1 < patch.path.size()) {
+    if (depth + 1 < patch.path.size())
         applyPatch(child, patch, depth + 1);
-    } else {
-        for (auto const& entry : patch.entries) {
-            if (entry.second.isUndefined())
-                child.remove(entry.first);
-            else
-                child.insert(entry.first, entry.second);
+    else
+        patchEntries(child, patch, positions[patch.path]);
+    object.insert(key, child);
+}
+
+void json_image_t::patchEntries(QJsonObject& map, patch_t const& patch, positions_t& index)
+{
+    // Below this size a search is as cheap as the digest of its key.
+    constexpr qsizetype smallestIndexed = 64;
+    for (auto const& entry : patch.entries) {
+        if (index.valid && !entry.second.isUndefined()) {
+            auto const found = index.at.constFind(qHash(entry.first));
+            if (found != index.at.constEnd() && found.value() < map.size()) {
+                // Not shared, so begin() copies nothing.
+                QJsonObject::iterator const place = map.begin() + found.value();
+                if (place.key() == entry.first) {
+                    place.value() = entry.second;
+                    continue;
+                }
+            }
+        }
+        qsizetype const size = map.size();
+        if (entry.second.isUndefined())
+            map.remove(entry.first);
+        else
+            map.insert(entry.first, entry.second);
+        if (map.size() != size) {
+            index.valid = false;
+            index.at.clear();
+        } else {
+            ++index.searched;
         }
     }
-    object.insert(key, child);
+    // Taking the positions costs about as much as searching for a sixteenth
+    // of the keys; only searches that the positions would have spared count,
+    // so a map that mostly grows or shrinks isn't indexed at every patch.
+    if (!index.valid && map.size() >= smallestIndexed && index.searched >= map.size() / 16) {
+        index.at.reserve(map.size());
+        qsizetype position = 0;
+        for (auto it = map.constBegin(); it != map.constEnd(); ++it, ++position)
+            index.at.insert(qHash(it.key()), position);
+        index.valid = true;
+        index.searched = 0;
+    }
 }
 
 void json_image_t::noteChangedSections(QJsonObject const& previous, QJsonObject const& next,

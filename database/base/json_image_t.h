@@ -102,7 +102,19 @@ private:
         QList<QPair<QString, QJsonValue>> entries;
     };
 
-    static void applyPatch(QJsonObject& object, patch_t const& patch, qsizetype depth);
+    /// Where the keys of a kept map stand in the image's JSON of it, so that a
+    /// changed value is put in its place instead of its key being searched
+    /// for among thousands. Taken when searches have cost about as much as
+    /// taking it; dropped when a key comes or goes. A digest of the key stands
+    /// for it: the key found at the position is compared before it is used.
+    struct positions_t {
+        QHash<size_t, qsizetype> at;
+        qsizetype searched = 0;
+        bool valid = false;
+    };
+
+    void applyPatch(QJsonObject& object, patch_t const& patch, qsizetype depth);
+    static void patchEntries(QJsonObject& map, patch_t const& patch, positions_t& index);
     /// Notes the sections of next whose JSON may differ from previous's.
     void noteChangedSections(QJsonObject const& previous, QJsonObject const& next,
                              QList<QStringList> const& kept, QList<patch_t> const& patches);
@@ -111,6 +123,7 @@ private:
     QString wholeDigest() const;
 
     QJsonObject jdata;
+    QHash<QStringList, positions_t> positions;
     // The JSON of the tree's objects from the last rebuild, lent to the next.
     QJsonSerializer::TextMemo memo;
     // Counts the successful rebuilds: a map's kept JSON belongs to one of them.

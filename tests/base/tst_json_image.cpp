@@ -341,6 +341,66 @@ private Q_SLOTS:
         QCOMPARE(published.stale, 0);
     }
 
+    void patchedValuesLandUnderTheirKeysAmongMany_data()
+    {
+        QTest::addColumn<int>("comeEvery");
+        QTest::addColumn<int>("goEvery");
+        QTest::addColumn<int>("replaceEvery");
+        QTest::newRow("values only") << 0 << 0 << 0;
+        QTest::newRow("a key comes now and then") << 37 << 0 << 0;
+        QTest::newRow("a key goes now and then") << 0 << 41 << 0;
+        QTest::newRow("keys come and go at every rebuild") << 1 << 1 << 0;
+        QTest::newRow("the whole map replaced now and then") << 0 << 0 << 97;
+    }
+
+    /// Among a few hundred keys a changed value is put in its place without a
+    /// search once the places are known; whatever keys come and go, the
+    /// patched image stays the one made from scratch.
+    void patchedValuesLandUnderTheirKeysAmongMany()
+    {
+        QFETCH(int, comeEvery);
+        QFETCH(int, goEvery);
+        QFETCH(int, replaceEvery);
+        QRandomGenerator random(7);
+        database_t db(service_t::client, type_brand_t::HALDO);
+        auto* items = db.getRealtime()->getData()->getItems();
+        QVariant const root = QVariant::fromValue(static_cast<QObject*>(db.getRealtime()->getData()));
+        int next = 0;
+        auto const fill = [&](int count) {
+            rt_items_map map;
+            for (int n = 0; n < count; ++n, ++next)
+                map.insert(QStringLiteral("K%1").arg(next), new rt_object_item_t(QString::number(next), "0", nullptr));
+            items->update_item(map, false);
+            qDeleteAll(map);
+        };
+        fill(300);
+        json_image_t image;
+        QVERIFY(image.rebuild(root));
+        for (int step = 1; step <= 400; ++step) {
+            for (int n = random.bounded(1, 4); n > 0; --n) {
+                QStringList const keys = items->getObjects().keys();
+                items->list(keys.at(random.bounded(keys.size())))->update_value(randomText(random), false);
+            }
+            if (comeEvery && step % comeEvery == 0) {
+                rt_object_item_t item(QStringLiteral("new"), QStringLiteral("1"), nullptr);
+                items->update_item(QStringLiteral("K%1").arg(next++), &item, false);
+            }
+            if (goEvery && step % goEvery == 0) {
+                QStringList const keys = items->getObjects().keys();
+                items->update_item(keys.at(random.bounded(keys.size())), nullptr, false);
+            }
+            if (replaceEvery && step % replaceEvery == 0) {
+                items->setObjects({});
+                fill(300);
+            }
+            QVERIFY(image.rebuild(root));
+            // Not another image: that would take the map over, and this one would write it whole.
+            reference_t const reference(db.getRealtime()->getData());
+            QVERIFY2(image.image() == reference.image, qPrintable(QStringLiteral("image differs at step %1").arg(step)));
+            QCOMPARE(image.hash(), reference.hash);
+        }
+    }
+
     /// A rebuild that patches gives what one from scratch gives, also when
     /// another image of the same tree came in between.
     void twoImagesOfOneTree()
