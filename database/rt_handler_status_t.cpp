@@ -446,6 +446,14 @@ void rt_handler_status_t::onRealtimeStatusItem(QJsonObject _packet, QString _key
                 items->list(_key)->update_feedback(payload.toString(), true);
             return;
         }
+        // A client hears the status of a twin it has already made itself: the
+        // stored item's own JSON changes nothing, so it is only published
+        // again, as the update would, without being read into a new item.
+        rt_object_item_t const* stored = items->getObjects().value(_key);
+        if (stored && payload.isObject() && stored->isOwnJson(payload.toObject())) {
+            items->send_update_item(_key);
+            return;
+        }
         rt_object_item_t* object = nullptr;
         if (frame.payloadObject(_packet, object, "onRealtimeStatusItem", true, false))
             items->update_item(_key, object, true);

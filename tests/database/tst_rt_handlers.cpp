@@ -169,6 +169,47 @@ private Q_SLOTS:
         }
     }
 
+    void wholeItemStatusIsPublishedAsStored_data()
+    {
+        QTest::addColumn<bool>("own");
+        QTest::addColumn<QJsonObject>("payload");
+        QTest::addColumn<QString>("expectedValue");
+        QTest::addColumn<int>("published");
+        QTest::newRow("the stored item's own JSON") << true << QJsonObject() << "old" << 1;
+        QTest::newRow("another value") << false << QJsonObject{{"feedback", "1/1/3"}, {"value", "new"}} << "new" << 1;
+        QTest::newRow("a key more") << false << QJsonObject{{"feedback", "1/1/3"}, {"value", "old"}, {"x", 1}}
+                                    << "old" << 1;
+        QTest::newRow("the value left out") << false << QJsonObject{{"feedback", "1/1/3"}} << "" << 1;
+        QTest::newRow("a number for the value is refused")
+            << false << QJsonObject{{"feedback", "1/1/3"}, {"value", 5}} << "old" << 0;
+    }
+
+    /// Whether the status brings the item's own JSON or other JSON that
+    /// reads as an item, the item is published once, as it is stored afterwards.
+    void wholeItemStatusIsPublishedAsStored()
+    {
+        QFETCH(bool, own);
+        QFETCH(QJsonObject, payload);
+        QFETCH(QString, expectedValue);
+        QFETCH(int, published);
+        addItem("K", "old");
+        if (own)
+            payload = items()->getObjects().value("K")->toJson();
+        QSignalSpy changes(live()->getHandlerTopic(), &rt_handler_topic_t::onRealtimeChangeItem);
+        QVERIFY(changes.isValid());
+        QCOMPARE(changes.count(), 0);
+        status("items/objects_list/K", payload);
+        QCOMPARE(value("K"), expectedValue);
+        QCOMPARE(items()->getObjects().value("K")->getFeedback(), QStringLiteral("1/1/3"));
+        drainEvents();
+        QCOMPARE(changes.count(), published);
+        if (!published)
+            return;
+        QJsonObject const packet = changes.takeFirst().at(0).toJsonObject();
+        QCOMPARE(packet.value("topic").toString(), QStringLiteral("items/objects_list/K"));
+        QCOMPARE(packet.value("payload").toObject(), items()->getObjects().value("K")->toJson());
+    }
+
     void valueForUnknownItemCreatesNothing()
     {
         QSignalSpy missing(live(), &realtime_t::onRealtimeObjectNotExist);
