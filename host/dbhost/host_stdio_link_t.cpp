@@ -2,7 +2,9 @@
 
 #include <QJsonDocument>
 
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 
 #include "host_json_t.h"
 
@@ -55,7 +57,14 @@ void host_stdio_link_t::readInput()
             pending.append(buffer, got);
             continue;
         }
-        if (got == 0) {
+        if (got < 0 && errno == EINTR)
+            continue;
+        // A read that fails for good (a terminal that hung up) would otherwise
+        // be tried again at every turn of the loop: it ends the input.
+        bool const failed = got < 0 && errno != EAGAIN && errno != EWOULDBLOCK;
+        if (failed)
+            std::fprintf(stderr, "dbhost: standard input failed (%s): taken as its end\n", std::strerror(errno));
+        if (got == 0 || failed) {
             inputEnded = true;
             input->setEnabled(false);
         }

@@ -192,6 +192,22 @@ private Q_SLOTS:
                     .contains("L1"));
     }
 
+    /// A standard input whose every read fails (here a folder; a terminal that
+    /// hung up does the same) ends the input as its end would, instead of
+    /// being read again at every turn of the event loop.
+    void unreadableInputEndsTheInput()
+    {
+        QTemporaryDir dir;
+        QProcess host;
+        host.setStandardInputFile(dir.path());
+        host.start(QStringLiteral(DBHOST), QStringList{"--data", dir.filePath("data"), "--log-level", "2"});
+        QVERIFY(host.waitForStarted());
+        QVERIFY(host.waitForFinished(20000));
+        QCOMPARE(host.exitCode(), 0);
+        QVERIFY(QString::fromUtf8(host.readAllStandardError()).contains("standard input failed"));
+        QVERIFY(QFile::exists(dir.filePath("data/persistent.json")));
+    }
+
     // Installed and packaged binaries too: log lines name the source by its
     // path in the tree, never by the build machine's folders.
     void logLinesNameSourcesByTheirPathInTheTree()
