@@ -325,6 +325,37 @@ std::optional<figures_t> runPeer(workload_t const& w, QString const& root)
                      result.value("others_cores").toDouble()};
 }
 
+double median(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    std::size_t const n = values.size();
+    return n % 2 == 1 ? values[n / 2] : (values[n / 2 - 1] + values[n / 2]) / 2;
+}
+
+/// Each figure's median over the rounds; the processor times are those of the
+/// round whose rate is the median one.
+std::optional<figures_t> medianOf(std::vector<figures_t> const& rounds)
+{
+    if (rounds.empty())
+        return std::nullopt;
+    auto const each = [&rounds](double figures_t::*field) {
+        std::vector<double> values;
+        for (figures_t const& f : rounds)
+            values.push_back(f.*field);
+        return median(values);
+    };
+    figures_t m;
+    m.perSecond = each(&figures_t::perSecond);
+    m.p50 = each(&figures_t::p50);
+    m.p99 = each(&figures_t::p99);
+    m.othersCores = each(&figures_t::othersCores);
+    std::vector<figures_t> byRate = rounds;
+    std::sort(byRate.begin(), byRate.end(),
+              [](figures_t const& a, figures_t const& b) { return a.perSecond < b.perSecond; });
+    m.cpu = byRate[byRate.size() / 2].cpu;
+    return m;
+}
+
 QJsonValue orNull(std::optional<figures_t> const& f, double figures_t::*field)
 {
     return f ? QJsonValue((*f).*field) : QJsonValue();
@@ -363,12 +394,43 @@ private Q_SLOTS:
         else
             dir = std::make_unique<QTemporaryDir>();
         QVERIFY(dir->isValid());
-        std::optional<figures_t> const ours = runOurs(w, dir->filePath("ours"));
-        QVERIFY2(ours, "our road failed");
-        std::optional<figures_t> const peer = runPeer(w, dir->path());
+        // Rounds of ours then the peer, each pair close in time: this machine's
+        // speed drifts by a third within minutes, so one pair can mislead.
+        int const rounds = std::max(1, qEnvironmentVariableIsSet("CROSS_ROAD_ROUNDS")
+                                           ? qEnvironmentVariableIntValue("CROSS_ROAD_ROUNDS")
+                                           : 3);
+        std::vector<figures_t> oursRounds;
+        std::vector<figures_t> peerRounds;
+        QJsonArray roundRows;
+        for (int r = 0; r < rounds; ++r) {
+            QString const root = dir->filePath(QStringLiteral("round%1").arg(r));
+            QVERIFY(QDir().mkpath(root));
+            std::optional<figures_t> const ours = runOurs(w, root + "/ours");
+            QVERIFY2(ours, "our road failed");
+            oursRounds.push_back(*ours);
+            std::optional<figures_t> const peer = runPeer(w, root);
+            if (peer)
+                peerRounds.push_back(*peer);
+            roundRows.append(QJsonObject{{"ours_per_s", ours->perSecond},
+                                         {"peer_per_s", orNull(peer, &figures_t::perSecond)},
+                                         {"ratio", peer ? QJsonValue(ours->perSecond / peer->perSecond) : QJsonValue()},
+                                         {"ours_p50_ms", ours->p50},
+                                         {"peer_p50_ms", orNull(peer, &figures_t::p50)},
+                                         {"ours_p99_ms", ours->p99},
+                                         {"peer_p99_ms", orNull(peer, &figures_t::p99)}});
+        }
+        std::optional<figures_t> const ours = medianOf(oursRounds);
+        std::optional<figures_t> const peer = medianOf(peerRounds);
         if (!peer)
             std::printf("bench_cross_road: the peer was not measured (Node.js or bench/peer_states/node_modules "
                         "missing: ./dev.sh bench installs them)\n");
+        // The ratio of each round, paired in time; the row gives their median and range.
+        std::vector<double> ratios;
+        for (QJsonValue const& round : std::as_const(roundRows)) {
+            if (round.toObject().value("ratio").isDouble())
+                ratios.push_back(round.toObject().value("ratio").toDouble());
+        }
+        std::sort(ratios.begin(), ratios.end());
         // Our latency once more with the data folders in memory: what the
         // journal's syncs add to a change, which the peer's file doesn't wait for.
         std::optional<figures_t> inMemory;
@@ -383,7 +445,10 @@ private Q_SLOTS:
                         {"data_folders", QDir(dir->path()).absolutePath()},
                         {"ours_per_s", ours->perSecond},
                         {"peer_per_s", orNull(peer, &figures_t::perSecond)},
-                        {"ratio", peer ? QJsonValue(ours->perSecond / peer->perSecond) : QJsonValue()},
+                        {"ratio", ratios.empty() ? QJsonValue() : QJsonValue(median(ratios))},
+                        {"ratio_min", ratios.empty() ? QJsonValue() : QJsonValue(ratios.front())},
+                        {"ratio_max", ratios.empty() ? QJsonValue() : QJsonValue(ratios.back())},
+                        {"rounds", roundRows},
                         {"ours_p50_ms", ours->p50},
                         {"peer_p50_ms", orNull(peer, &figures_t::p50)},
                         {"ours_p99_ms", ours->p99},
@@ -404,17 +469,21 @@ private Q_SLOTS:
         auto const figure = [](QJsonValue const& v, char const* format) {
             return v.isDouble() ? QString::asprintf(format, v.toDouble()) : QStringLiteral("-");
         };
-        std::printf("\nratio: ours/peer changes per second; data folders under %s\n",
+        std::printf("\nmedians of %lld rounds (ours, then the peer's); ratio: ours/peer changes per second, the "
+                    "median of the rounds' and their range; data folders under %s\n",
+                    static_cast<long long>(sizes.first().toObject().value("rounds").toArray().size()),
                     qPrintable(sizes.first().toObject().value("data_folders").toString().section('/', 0, -2)));
-        std::printf("%8s | %14s | %14s | %6s | %18s | %18s\n", "items", "ours changes/s", "peer changes/s", "ratio",
-                    "p50 ours/peer ms", "p99 ours/peer ms");
+        std::printf("%8s | %14s | %14s | %6s | %11s | %18s | %18s\n", "items", "ours changes/s", "peer changes/s",
+                    "ratio", "range", "p50 ours/peer ms", "p99 ours/peer ms");
         for (QJsonValue const& value : std::as_const(sizes)) {
             QJsonObject const s = value.toObject();
-            std::printf("%8d | %14.0f | %14s | %6s | %8.2f / %-7s | %8.2f / %-7s\n", s.value("items").toInt(),
+            std::printf("%8d | %14.0f | %14s | %6s | %11s | %8.2f / %-7s | %8.2f / %-7s\n", s.value("items").toInt(),
                         s.value("ours_per_s").toDouble(), qPrintable(figure(s.value("peer_per_s"), "%.0f")),
-                        qPrintable(figure(s.value("ratio"), "%.2f")), s.value("ours_p50_ms").toDouble(),
-                        qPrintable(figure(s.value("peer_p50_ms"), "%.2f")), s.value("ours_p99_ms").toDouble(),
-                        qPrintable(figure(s.value("peer_p99_ms"), "%.2f")));
+                        qPrintable(figure(s.value("ratio"), "%.2f")),
+                        qPrintable(figure(s.value("ratio_min"), "%.2f") + QLatin1Char('-')
+                                   + figure(s.value("ratio_max"), "%.2f")),
+                        s.value("ours_p50_ms").toDouble(), qPrintable(figure(s.value("peer_p50_ms"), "%.2f")),
+                        s.value("ours_p99_ms").toDouble(), qPrintable(figure(s.value("peer_p99_ms"), "%.2f")));
         }
         std::printf("our latency with the data folders in memory, no syncs to wait for (p50/p99 ms):");
         for (QJsonValue const& value : std::as_const(sizes))
