@@ -250,8 +250,10 @@ void json_image_t::noteChangedSections(QJsonObject const& previous, QJsonObject 
             it = hashes.erase(it);
         }
     }
-    if (changed)
+    if (changed) {
         wholeStale = true;
+        contentStamp.fetch_add(1, std::memory_order_relaxed);
+    }
 }
 
 void json_image_t::refreshHashes() const

@@ -11,6 +11,7 @@
 #include <QTimer>
 #include <QVariant>
 
+#include <atomic>
 #include <functional>
 
 #include "platform/qjsonserializer/qjsonserializer.h"
@@ -47,6 +48,9 @@ public:
     /// section's only when that section changed.
     QString const& hash() const;
     QMap<QString, QString> const& hashList() const;
+    /// Moves on at every rebuild that may have changed the image's JSON: an
+    /// unchanged stamp is an unchanged image, known without hashing it.
+    quint64 stamp() const { return contentStamp.load(std::memory_order_relaxed); }
 
     /// Serializes root into the image and rehashes it; false, after the level 1
     /// line under "serialize", when the serializer throws (the image then stays
@@ -139,6 +143,7 @@ private:
     mutable QHash<QString, QByteArray> sectionTexts;
     mutable QSet<QString> staleSections;
     mutable bool wholeStale = true;
+    std::atomic<quint64> contentStamp{0};
 };
 
 } // namespace base

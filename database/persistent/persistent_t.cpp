@@ -176,6 +176,12 @@ QString persistent_t::getHash()
     return image.hash();
 }
 
+quint64 persistent_t::getImageStamp()
+{
+    serialize(false);
+    return image.stamp();
+}
+
 QMap<QString, QString> persistent_t::getHashList()
 {
     serialize(false);

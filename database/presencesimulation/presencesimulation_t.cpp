@@ -169,6 +169,12 @@ QString presencesimulation_t::getHash()
     return image.hash();
 }
 
+quint64 presencesimulation_t::getImageStamp()
+{
+    serialize(false);
+    return image.stamp();
+}
+
 QMap<QString, QString> presencesimulation_t::getHashList()
 {
     serialize(false);

@@ -69,6 +69,9 @@ public:
     void initSerializer();
 
     QString getHash();
+    /// The image's stamp, once the image is up to date: equal stamps, equal
+    /// images, without the digests a changed image would need.
+    quint64 getImageStamp();
     QMap<QString, QString> getHashList();
     /// -1 unknown section, 0 same digest, 1 different (and with send, the section is replayed).
     int checkHash(QString const& section, QString const& hash, bool send = false);

@@ -198,6 +198,12 @@ QString realtime_t::getHash()
     return image.hash();
 }
 
+quint64 realtime_t::getImageStamp()
+{
+    serialize(false);
+    return image.stamp();
+}
+
 QMap<QString, QString> realtime_t::getHashList(bool refresh)
 {
     if (refresh)

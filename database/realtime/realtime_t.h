@@ -71,6 +71,9 @@ public:
     QJsonObject getJdata();
     QJsonObject getJdata(definition::rt_type_database_field_t const& field);
     QString getHash();
+    /// The image's stamp, once the image is up to date: equal stamps, equal
+    /// images, without the digests a changed image would need.
+    quint64 getImageStamp();
     QMap<QString, QString> getHashList(bool refresh);
     QMap<QString, QString> calculateHash();
     /// -1 unknown section, 0 same hash, 1 different (and the section is replayed as status).

@@ -106,11 +106,11 @@ host_session_t::host_session_t(database::database_t* _database, host_store_t* pe
     connect(command, &database::command::command_t::onCommandObjectNotExist, this, &host_session_t::onObjectNotExist);
     connect(command, &database::command::command_t::onCommandObjectError, this, &host_session_t::onObjectError);
 
-    addFile(persistentStore, QStringLiteral("persistent"), [persistent] { return persistent->getHash(); },
+    addFile(persistentStore, QStringLiteral("persistent"), [persistent] { return persistent->getImageStamp(); },
             [persistent](QString const& path) { return persistent->saveToFile(path, false); });
-    addFile(realtimeStore, QStringLiteral("realtime"), [realtime] { return realtime->getHash(); },
+    addFile(realtimeStore, QStringLiteral("realtime"), [realtime] { return realtime->getImageStamp(); },
             [realtime](QString const& path) { return realtime->saveToFile(path, false); });
-    addFile(presenceStore, QStringLiteral("presencesimulation"), [presence] { return presence->getHash(); },
+    addFile(presenceStore, QStringLiteral("presencesimulation"), [presence] { return presence->getImageStamp(); },
             [presence](QString const& path) { return presence->saveToFile(path, false); });
 
     // The commit goes just before the loop waits: everything the turn changed shares it.
@@ -134,15 +134,15 @@ host_session_t::host_session_t(database::database_t* _database, host_store_t* pe
     });
 }
 
-void host_session_t::addFile(host_store_t* store, QString const& name, std::function<QString()> hash,
+void host_session_t::addFile(host_store_t* store, QString const& name, std::function<quint64()> stamp,
                              host_store_t::writer_t write)
 {
     saved_file_t file;
     file.store = store;
     file.database = name;
-    file.hash = std::move(hash);
+    file.stamp = std::move(stamp);
     file.write = std::move(write);
-    file.lastSavedHash = file.hash();
+    file.lastSavedStamp = file.stamp();
     // Changes replayed from the journal at start are not in the file yet.
     file.changedSinceSave = store->replayedChanges() > 0;
     file.retry = new QTimer(this);
@@ -548,11 +548,12 @@ bool host_session_t::save(saved_file_t& file)
 {
     // A save starts the journal anew: what waits for the journal goes first.
     commitNow();
-    QString const hash = file.hash();
+    // A stamp, not the digest: hashing a large image costs about as much as writing it.
+    quint64 const stamp = file.stamp();
     QString const name = file.store->currentPath().section(QLatin1Char('/'), -1);
     QString error;
     // An image that is already on disk isn't written again: backups stay meaningful.
-    bool const current = hash == file.lastSavedHash && !file.changedSinceSave
+    bool const current = stamp == file.lastSavedStamp && !file.changedSinceSave
                          && QFile::exists(file.store->currentPath()) && file.store->journal().isOpen();
     QList<QJsonObject> carried;
     if (file.database == QLatin1String("persistent")) {
@@ -563,7 +564,7 @@ bool host_session_t::save(saved_file_t& file)
         || host_metrics_t::instance().recordSave(file.database,
                                                  [&] { return file.store->save(file.write, error, carried); })) {
         if (!current) {
-            file.lastSavedHash = hash;
+            file.lastSavedStamp = stamp;
             file.changedSinceSave = false;
             ++saves;
         }

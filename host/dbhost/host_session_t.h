@@ -81,9 +81,10 @@ private:
     struct saved_file_t {
         host_store_t* store = nullptr;
         QString database;
-        std::function<QString()> hash;
+        /// The image's stamp: the same one, the same image (see json_image_t).
+        std::function<quint64()> stamp;
         host_store_t::writer_t write;
-        QString lastSavedHash;
+        quint64 lastSavedStamp = 0;
         /// Changes appended since the last save: a save is due at the end.
         bool changedSinceSave = false;
         /// While saves fail they are retried, each time after twice the delay.
@@ -92,7 +93,7 @@ private:
         QTimer* retry = nullptr;
     };
 
-    void addFile(host_store_t* store, QString const& database, std::function<QString()> hash,
+    void addFile(host_store_t* store, QString const& database, std::function<quint64()> stamp,
                  host_store_t::writer_t write);
     saved_file_t* fileOf(QString const& database);
     bool save(saved_file_t& file);

@@ -170,11 +170,26 @@ class tst_json_image : public QObject
 {
     Q_OBJECT
 
+    /// The image and stamp of the last comparison.
+    struct seen_t {
+        QJsonObject image;
+        quint64 stamp = 0;
+    };
+
     template<class Engine>
-    static void compareWithFull(Engine* engine, QObject* root, int step)
+    static void compareWithFull(Engine* engine, QObject* root, int step, seen_t& seen)
     {
         QMutexLocker lock(engine->getAccessMutex());
+        // Whatever changed the image moved its stamp on: a save that finds the
+        // stamp it saved with writes nothing.
+        QJsonObject const current = engine->serialize(false);
+        quint64 const stamp = engine->getImageStamp();
+        if (current != seen.image)
+            QVERIFY2(stamp != seen.stamp, qPrintable(QStringLiteral("the stamp stayed after change %1").arg(step)));
         QJsonObject const image = engine->serialize(true);
+        seen = {image, engine->getImageStamp()};
+        if (image != current)
+            QVERIFY2(seen.stamp != stamp, qPrintable(QStringLiteral("a whole rebuild kept the stamp at %1").arg(step)));
         reference_t const reference(root);
         QVERIFY2(image == reference.image, qPrintable(QStringLiteral("image differs after change %1").arg(step)));
         QCOMPARE(hashList(engine), reference.hashes);
@@ -199,6 +214,7 @@ private Q_SLOTS:
         QRandomGenerator random(seed);
         database_t db(service_t::client, type_brand_t::HALDO);
         auto* engine = db.getPersistent();
+        seen_t seen;
         published_t<database::persistent::dbs::ps_items_t> published;
         for (int step = 0; step < 3000; ++step) {
             published.follow([engine] { return engine->getData()->getItems(); });
@@ -270,12 +286,12 @@ private Q_SLOTS:
             if (random.bounded(3) == 0)
                 QCoreApplication::processEvents();
             if (random.bounded(25) == 0) {
-                compareWithFull(engine, engine->getData(), step);
+                compareWithFull(engine, engine->getData(), step, seen);
                 if (QTest::currentTestFailed())
                     return;
             }
         }
-        compareWithFull(engine, engine->getData(), -1);
+        compareWithFull(engine, engine->getData(), -1, seen);
         QCOMPARE(published.stale, 0);
     }
 
@@ -288,6 +304,7 @@ private Q_SLOTS:
         QRandomGenerator random(seed);
         database_t db(service_t::client, type_brand_t::HALDO);
         auto* engine = db.getRealtime();
+        seen_t seen;
         published_t<database::realtime::dbs::rt_items_t> published;
         for (int step = 0; step < 3000; ++step) {
             published.follow([engine] { return engine->getData()->getItems(); });
@@ -332,12 +349,12 @@ private Q_SLOTS:
             if (random.bounded(3) == 0)
                 QCoreApplication::processEvents();
             if (random.bounded(25) == 0) {
-                compareWithFull(engine, engine->getData(), step);
+                compareWithFull(engine, engine->getData(), step, seen);
                 if (QTest::currentTestFailed())
                     return;
             }
         }
-        compareWithFull(engine, engine->getData(), -1);
+        compareWithFull(engine, engine->getData(), -1, seen);
         QCOMPARE(published.stale, 0);
     }
 
@@ -399,6 +416,42 @@ private Q_SLOTS:
             QVERIFY2(image.image() == reference.image, qPrintable(QStringLiteral("image differs at step %1").arg(step)));
             QCOMPARE(image.hash(), reference.hash);
         }
+    }
+
+    void stampStaysWhileTheImageDoes_data()
+    {
+        QTest::addColumn<bool>("whole");
+        QTest::newRow("rebuilt by patches") << false;
+        QTest::newRow("rebuilt whole") << true;
+    }
+
+    /// A rebuild that finds the same JSON keeps the stamp, one that doesn't moves it.
+    void stampStaysWhileTheImageDoes()
+    {
+        QFETCH(bool, whole);
+        database_t db(service_t::client, type_brand_t::HALDO);
+        auto* items = db.getRealtime()->getData()->getItems();
+        QVariant const root = QVariant::fromValue(static_cast<QObject*>(db.getRealtime()->getData()));
+        for (int n = 0; n < 20; ++n) {
+            rt_object_item_t item(QString::number(n), QStringLiteral("0"), nullptr);
+            items->update_item(QStringLiteral("K%1").arg(n), &item, false);
+        }
+        json_image_t image;
+        QVERIFY(image.rebuild(root));
+        quint64 const first = image.stamp();
+        QVERIFY(image.rebuild(root, whole));
+        QCOMPARE(image.stamp(), first);
+
+        items->list(QStringLiteral("K3"))->update_value(QStringLiteral("7"), false);
+        QVERIFY(image.rebuild(root, whole));
+        quint64 const second = image.stamp();
+        QVERIFY(second != first);
+        QVERIFY(image.rebuild(root, whole));
+        QCOMPARE(image.stamp(), second);
+
+        items->update_item(QStringLiteral("K3"), nullptr, false);
+        QVERIFY(image.rebuild(root, whole));
+        QVERIFY(image.stamp() != second);
     }
 
     /// A rebuild that patches gives what one from scratch gives, also when

@@ -140,6 +140,14 @@ private Q_SLOTS:
         QCOMPARE(second.value("items").toObject().value("objects_list").toObject().keys(),
                  (QStringList{"L1", "L4"}));
         QCOMPARE(readJson(folder + "/persistent.json.1"), saved);
+
+        // A run that changes nothing writes nothing: the backup stays the first run's file.
+        QDateTime const written = QFileInfo(folder + "/persistent.json").lastModified();
+        run_t const idle = runHost(folder, QByteArray());
+        QCOMPARE(idle.exitCode, 0);
+        QCOMPARE(readJson(folder + "/persistent.json"), second);
+        QCOMPARE(readJson(folder + "/persistent.json.1"), saved);
+        QCOMPARE(QFileInfo(folder + "/persistent.json").lastModified(), written);
     }
 
     void badLineIsSkippedAndSaid_data()
