@@ -115,8 +115,8 @@ Q_SIGNALS:
     /// host would write (host_json_t::isCompactText), else empty.
     void packetArrived(QJsonObject packet, QString origin, QByteArray payloadText = QByteArray());
     /// A request made by a user of this process, to be forwarded like the
-    /// requests the engines raise.
-    void requestMade(QJsonObject packet);
+    /// requests the engines raise; payloadText as for packetArrived().
+    void requestMade(QJsonObject packet, QByteArray payloadText);
     /// Nothing more will come: the session ends.
     void ended();
     /// A record of this link's own, journaled with the next commit.

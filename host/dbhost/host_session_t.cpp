@@ -198,7 +198,7 @@ void host_session_t::addLink(host_link_t* link)
 {
     links.append(link);
     connect(link, &host_link_t::packetArrived, this, &host_session_t::handlePacket);
-    connect(link, &host_link_t::requestMade, this, &host_session_t::onRequest);
+    connect(link, &host_link_t::requestMade, this, &host_session_t::onLinkRequest);
     connect(link, &host_link_t::ended, this, &host_session_t::finish);
     // A link's own records travel in the persistent journal, with the changes they go with.
     connect(link, &host_link_t::recordMade, this, [this](QJsonObject record) {
@@ -514,9 +514,21 @@ void host_session_t::onChangeKey(QJsonObject _packet, QString _key)
 
 void host_session_t::onRequest(QJsonObject _packet)
 {
+    accept(host_link_t::packet_t(std::move(_packet)));
+}
+
+void host_session_t::onLinkRequest(QJsonObject _packet, QByteArray payloadText)
+{
+    host_link_t::packet_t request(std::move(_packet));
+    if (!payloadText.isEmpty())
+        request.setPayloadText(payloadText);
+    accept(std::move(request));
+}
+
+void host_session_t::accept(host_link_t::packet_t request)
+{
     // A request is accepted once the links that must find it again have it
     // journaled. Its text is made once, for the journal and every link.
-    host_link_t::packet_t request(std::move(_packet));
     for (host_link_t* link : std::as_const(links)) {
         QByteArray const record = link->acceptRequest(request);
         if (!record.isEmpty())

@@ -71,6 +71,8 @@ private Q_SLOTS:
     void onChange(QJsonObject _packet);
     void onChangeKey(QJsonObject _packet, QString _key);
     void onRequest(QJsonObject _packet);
+    /// A request of a link's user, with the text its payload came as, if any.
+    void onLinkRequest(QJsonObject _packet, QByteArray payloadText);
     void onObjectNotExist(QJsonObject _packet);
     void onObjectError(QJsonObject _packet, QString _message);
     /// Group commit: the journals to disk, then the reports that waited.
@@ -93,6 +95,7 @@ private:
         QTimer* retry = nullptr;
     };
 
+    void accept(host_link_t::packet_t request);
     void addFile(host_store_t* store, QString const& database, std::function<quint64()> stamp,
                  host_store_t::writer_t write);
     saved_file_t* fileOf(QString const& database);

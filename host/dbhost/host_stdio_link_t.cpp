@@ -14,6 +14,24 @@ namespace {
 // share one commit of the journal, and a long input still reports as it goes.
 constexpr int linesPerTurn = 4096;
 
+/// The text of the line's payload, when the line is a topic and an object
+/// written exactly as the host writes them ({"payload":{...},"topic":"..."});
+/// empty otherwise.
+QByteArray payloadTextOf(QByteArray const& line, QJsonObject const& packet)
+{
+    QByteArrayView const head("{\"payload\":{");
+    if (packet.size() != 2 || !line.startsWith(head) || !packet.value(QStringLiteral("payload")).isObject())
+        return QByteArray();
+    QByteArray tail(",\"topic\":");
+    host_json_t::appendString(tail, packet.value(QStringLiteral("topic")).toString());
+    tail += '}';
+    if (!line.endsWith(tail))
+        return QByteArray();
+    qsizetype const from = head.size() - 1;
+    QByteArray text = line.mid(from, line.size() - from - tail.size());
+    return host_json_t::isCompactText(text) ? text : QByteArray();
+}
+
 } // namespace
 #include <fcntl.h>
 #include <unistd.h>
@@ -134,10 +152,13 @@ void host_stdio_link_t::handleLine(QByteArray const& line)
         std::fprintf(stderr, "dbhost: line %lld has no topic, skipped\n", static_cast<long long>(lineNumber));
         return;
     }
+    // A line written as the host writes lends its payload's text to what the
+    // payload becomes: a request's record and message, a change's line.
+    QByteArray const text = payloadTextOf(line, packet);
     if (local && packet.value(QStringLiteral("topic")).toString().startsWith(QLatin1String("request/")))
-        Q_EMIT requestMade(packet);
+        Q_EMIT requestMade(packet, text);
     else
-        Q_EMIT packetArrived(packet, QStringLiteral("line %1").arg(lineNumber));
+        Q_EMIT packetArrived(packet, QStringLiteral("line %1").arg(lineNumber), text);
     // Each line's changes before the next line's: the reports keep the order of the input.
     settleLibrary();
 }

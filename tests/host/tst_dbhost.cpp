@@ -35,8 +35,17 @@ QJsonObject readJson(QString const& path, bool* ok = nullptr)
 struct run_t {
     int exitCode = -1;
     QList<QJsonObject> lines;
+    QList<QByteArray> texts; // the same lines as written
     QString errors;
 };
+
+/// An item request spelled by hand: name as JSON string contents, flags as JSON number text.
+QByteArray spelledItem(QByteArray const& name, QByteArray const& flags)
+{
+    return R"({"payload":{"command":"1/1/1","description":"","enabled":true,"feedback":"1/1/3","flags":)" + flags
+           + R"(,"id_driver":"drivers/driver_knx/1","interpreter":"","name":")" + name
+           + R"(","status":"1/1/1","tracking":false,"type":"dtp_1","typeformat":""},"topic":"request/DB/persistent/items/objects_list/L1"})";
+}
 
 /// Runs the host on a data folder with the given input and waits for it to end.
 run_t runHost(QString const& folder, QByteArray const& input, QStringList const& extra = {})
@@ -52,8 +61,10 @@ run_t runHost(QString const& folder, QByteArray const& input, QStringList const&
         return run;
     run.exitCode = host.exitCode();
     for (QByteArray const& line : host.readAllStandardOutput().split('\n')) {
-        if (!line.isEmpty())
+        if (!line.isEmpty()) {
             run.lines.append(QJsonDocument::fromJson(line).object());
+            run.texts.append(line);
+        }
     }
     run.errors = QString::fromUtf8(host.readAllStandardError());
     return run;
@@ -175,6 +186,34 @@ private Q_SLOTS:
         QCOMPARE(readJson(folder + "/persistent.json").value("items").toObject().value("objects_list").toObject()
                      .keys(),
                  (QStringList{"A", "B"}));
+    }
+
+    void spellingOfALineChangesNoOutput_data()
+    {
+        // The host's own spelling lends its payload's text to the change lines;
+        // any other spelling of the same packet must print the same bytes.
+        QTest::addColumn<QByteArray>("line");
+        QTest::newRow("the host's spelling") << spelledItem(R"(Hall \"lamp\"\té/ü)", "0");
+        QTest::newRow("spaces") << spelledItem(R"(Hall \"lamp\"\té/ü)", "0").replace(",", ", ").replace(":{", ": {");
+        QTest::newRow("topic first")
+            << QByteArray(R"({"topic":"request/DB/persistent/items/objects_list/L1","payload":)")
+                   + spelledItem(R"(Hall \"lamp\"\té/ü)", "0").mid(11).chopped(55) + '}';
+        QTest::newRow("escaped slash") << spelledItem(R"(Hall \"lamp\"\té\/ü)", "0");
+        QTest::newRow("escaped letters") << spelledItem(R"(Hall \"lamp\"\t\u00e9/\u00fc)", "0");
+        QTest::newRow("a number as a fraction") << spelledItem(R"(Hall \"lamp\"\té/ü)", "0.0");
+        QTest::newRow("a key more") << spelledItem(R"(Hall \"lamp\"\té/ü)", "0").replace("\"status\"", "\"extra\":1,\"status\"");
+    }
+
+    void spellingOfALineChangesNoOutput()
+    {
+        QFETCH(QByteArray, line);
+        QTemporaryDir dir;
+        run_t const expected = runHost(dir.filePath("expected"), spelledItem(R"(Hall \"lamp\"\té/ü)", "0") + '\n');
+        run_t const run = runHost(dir.filePath("data"), line + '\n');
+        QCOMPARE(run.exitCode, 0);
+        QCOMPARE(withSignal(run.lines, "onPersistentChangeItem").size(), 1);
+        QCOMPARE(run.texts, expected.texts);
+        QCOMPARE(readJson(dir.filePath("data") + "/persistent.json"), readJson(dir.filePath("expected") + "/persistent.json"));
     }
 
     void malformedPacketDoesNotEndTheHost_data()
